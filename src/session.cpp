@@ -1,0 +1,38 @@
+#include "session.h"
+
+#include "platform/fileio.h"
+
+namespace kv {
+
+float RndGen::Next() {
+  seed_ = (seed_ * 1140671485u + 12820163u) & 0xFFFFFFu;
+  return static_cast<float>(seed_) / 16777216.0f;
+}
+
+Session::Session(std::string appPath, Ui* ui)
+    : AppPath(std::move(appPath)), own_ui_(std::make_unique<HeadlessUi>()), ui_(own_ui_.get()) {
+  if (ui) ui_ = ui;
+}
+
+Session::~Session() = default;
+
+void Session::SetUi(Ui* ui) { ui_ = ui ? ui : own_ui_.get(); }
+
+std::string Session::App(const std::string& rel) const { return JoinPath(AppPath, rel); }
+
+void Session::SetLabel3(const std::string& text) {
+  forms.Label3Caption = text;
+  ui_->Changed("Label3");
+}
+
+void Session::SetPointer(int pointer) {
+  forms.MousePointer = pointer;
+  ui_->Changed("MousePointer");
+}
+
+void Session::SetForm1Caption(const std::string& text) {
+  forms.Form1Caption = text;
+  ui_->Changed("Form1.Caption");
+}
+
+}  // namespace kv

@@ -1,0 +1,69 @@
+// One editing session: the document, the reference tables, the pens and the
+// view, owned together and passed explicitly to every procedure, so that many
+// sessions (each with its own program folder) can live side by side.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "document/document.h"
+#include "document/namestore.h"
+#include "editing/pens.h"
+#include "platform/ui.h"
+#include "refdata/refdata.h"
+#include "view/viewstate.h"
+
+namespace kv {
+
+// The generator behind Rnd: never seeded, the same sequence on every run.
+class RndGen {
+ public:
+  float Next();  // in [0, 1)
+  void Reset() { seed_ = 0x50000; }
+
+ private:
+  uint32_t seed_ = 0x50000;
+};
+
+// Texts and states of the forms that the core itself changes.
+struct FormState {
+  std::string Form1Caption = "Main: editing newmap.map";
+  std::string Label3Caption = "Progress";
+  bool Label3Visible = true;
+  int MousePointer = 1;
+  bool Form3Loaded = false;
+  bool Form5Loaded = false;
+};
+
+struct Session {
+  explicit Session(std::string appPath, Ui* ui = nullptr);
+  ~Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  std::string AppPath;  // the program folder (App.Path)
+  Document doc;
+  RefData ref;
+  Pens pens;
+  ViewState view;
+  NameFiles names;
+  FormState forms;
+  RndGen rnd;
+
+  Ui& ui() { return *ui_; }
+  void SetUi(Ui* ui);
+  // A path inside the program folder: App("mapedit/tiletype.dat").
+  std::string App(const std::string& rel) const;
+  int MsgBox(const std::string& text, int style = vbOKOnly) { return ui_->MsgBox(text, style); }
+  float Rnd() { return rnd.Next(); }
+  void SetLabel3(const std::string& text);
+  void SetPointer(int pointer);
+  void SetForm1Caption(const std::string& text);
+
+ private:
+  std::unique_ptr<HeadlessUi> own_ui_;
+  Ui* ui_;
+};
+
+}  // namespace kv
