@@ -25,6 +25,8 @@ class ByteSource {
   virtual uint64_t pos() const = 0;
   // Reads exactly n bytes or fails (and then the position is unspecified).
   virtual bool read(void* dst, size_t n) = 0;
+  // Moves to an absolute position within the source.
+  virtual bool seek(uint64_t pos) = 0;
   uint64_t remaining() const { return size() - pos(); }
 
   template <class T>
@@ -41,6 +43,11 @@ class MemSource final : public ByteSource {
     if (n > b_.size() - p_) return false;
     if (n) std::memcpy(dst, b_.data() + p_, n);
     p_ += n;
+    return true;
+  }
+  bool seek(uint64_t pos) override {
+    if (pos > b_.size()) return false;
+    p_ = pos;
     return true;
   }
 
@@ -60,6 +67,7 @@ class FileSource final : public ByteSource {
   uint64_t size() const override { return size_; }
   uint64_t pos() const override { return pos_; }
   bool read(void* dst, size_t n) override;
+  bool seek(uint64_t pos) override;
 
  private:
   std::FILE* f_ = nullptr;

@@ -75,6 +75,12 @@ bool FileSource::read(void* dst, size_t n) {
   return true;
 }
 
+bool FileSource::seek(uint64_t pos) {
+  if (!f_ || pos > size_ || std::fseek(f_, static_cast<long>(pos), SEEK_SET) != 0) return false;
+  pos_ = pos;
+  return true;
+}
+
 bool ReadFileBytes(const std::string& path, std::vector<uint8_t>& out, std::string* err) {
   FileSource src;
   if (!src.open(path, err)) return false;
@@ -163,7 +169,7 @@ bool SafeFileWriter::write(const void* src, size_t n) {
   return true;
 }
 
-bool SafeFileWriter::commit() {
+bool SafeFileWriter::finish() {
   if (!f_) {
     if (err_.empty()) err_ = "cannot write " + path_;
     return false;
@@ -189,9 +195,16 @@ bool SafeFileWriter::commit() {
   if (err_.empty() && ::stat(path_.c_str(), &st) == 0) ::fchmod(fileno(f_), st.st_mode & 07777);
   if (std::fclose(f_) != 0 && err_.empty()) fail("cannot write " + path_);
   f_ = nullptr;
-  if (err_.empty() && std::rename(tmp_.c_str(), path_.c_str()) != 0)
+  finished_ = err_.empty();
+  if (!finished_) ::unlink(tmp_.c_str());
+  return finished_;
+}
+
+bool SafeFileWriter::publish() {
+  if (!finished_) return false;
+  finished_ = false;
+  if (std::rename(tmp_.c_str(), path_.c_str()) != 0) {
     fail("cannot replace " + path_);
-  if (!err_.empty()) {
     ::unlink(tmp_.c_str());
     return false;
   }
@@ -202,6 +215,10 @@ void SafeFileWriter::abandon() {
   if (f_) {
     std::fclose(f_);
     f_ = nullptr;
+    ::unlink(tmp_.c_str());
+  }
+  if (finished_) {
+    finished_ = false;
     ::unlink(tmp_.c_str());
   }
 }

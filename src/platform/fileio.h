@@ -43,7 +43,11 @@ class SafeFileWriter final : public ByteSink {
   bool write(const void* src, size_t n) override;
   // Flushes, closes and renames; returns false (and removes the temporary
   // file) if anything failed along the way.
-  bool commit();
+  bool commit() { return finish() && publish(); }
+  // The two halves of commit, so that several files can be completed first
+  // and put in place only when all of them are whole.
+  bool finish();
+  bool publish();
   void abandon();
   // Writing "from offset 0" over an existing file does not cut it: bytes of the
   // old file beyond what was written are kept at commit.
@@ -56,6 +60,7 @@ class SafeFileWriter final : public ByteSink {
   std::FILE* f_ = nullptr;
   uint64_t written_ = 0;
   bool keep_tail_ = false;
+  bool finished_ = false;
 };
 
 // Test hook: when set, each write call of a SafeFileWriter asks it first and

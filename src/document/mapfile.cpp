@@ -1,0 +1,401 @@
+#include "document/mapfile.h"
+
+#include <cstring>
+
+#include "document/document_ops.h"
+#include "platform/fileio.h"
+#include "refdata/nations.h"
+#include "session.h"
+#include "view/geometry.h"
+#include "view/render_api.h"
+#include "view/scrolling.h"
+
+namespace kv {
+
+namespace {
+
+constexpr char kMagic[8] = {'V', 'e', 'r', 's', 'i', 'o', 'n', ' '};
+
+std::string Need(const char* what, uint64_t need, uint64_t have) {
+  return std::string(what) + " needs " + std::to_string(need) + " more bytes, but only " +
+         std::to_string(have) + " are left";
+}
+
+template <class T>
+bool ReadArray(ByteSource& in, HexArray<T>& a) {
+  return in.read(a.data(), a.bytes());
+}
+
+bool ReadSizes(ByteSource& in, int16_t& mx, int16_t& my, std::string* err) {
+  if (!in.get(mx) || !in.get(my)) {
+    if (err) *err = "the file ends inside its header";
+    return false;
+  }
+  if (mx < 0 || my < 0) {
+    if (err) *err = "the header gives an impossible size of " + std::to_string(mx) + " by " + std::to_string(my);
+    return false;
+  }
+  return true;
+}
+
+// The planes shared by the map file and the snapshot.
+bool ReadPlanes(ByteSource& in, Document& d, std::string* err) {
+  const uint64_t n = d.N();
+  if (in.remaining() < 15 * n) {
+    if (err)
+      *err = "a map of " + std::to_string(d.W()) + " x " + std::to_string(d.H()) + " hexes " +
+             Need("", 15 * n, in.remaining()).substr(1);
+    return false;
+  }
+  d.HexInfo.Allocate(d.W(), d.H(), 7);
+  d.HexTile.Allocate(d.W(), d.H());
+  d.HexCtl.Allocate(d.W(), d.H(), 2);
+  d.HexDeploy.Allocate(d.W(), d.H());
+  d.HexLandMass.Allocate(d.W(), d.H());
+  return ReadArray(in, d.HexInfo) && ReadArray(in, d.HexTile) && ReadArray(in, d.HexCtl) &&
+         ReadArray(in, d.HexDeploy) && ReadArray(in, d.HexLandMass);
+}
+
+bool ReadObjList(ByteSource& in, Document& d, std::string* err) {
+  int16_t c = 0;
+  if (!in.get(c)) {
+    if (err) *err = "the file ends before its objective table";
+    return false;
+  }
+  if (c < 0) {
+    if (err) *err = "the objective table has a negative count (" + std::to_string(c) + ")";
+    return false;
+  }
+  const uint64_t need = 12ull * (c + 1);
+  if (in.remaining() < need) {
+    if (err) *err = "the objective table of " + std::to_string(c) + " objectives " + Need("", need, in.remaining()).substr(1);
+    return false;
+  }
+  d.ObjCount = c;
+  d.ObjList.Allocate(c);
+  return in.read(d.ObjList.data(), d.ObjList.bytes());
+}
+
+bool WritePlanes(const Document& d, ByteSink& out) {
+  const int16_t v = VersionNo, mx = d.MapMaxX, my = d.MapMaxY;
+  return out.write(kMagic, 8) && out.put(v) && out.put(mx) && out.put(my) &&
+         out.write(d.HexInfo.data(), d.HexInfo.bytes()) && out.write(d.HexTile.data(), d.HexTile.bytes()) &&
+         out.write(d.HexCtl.data(), d.HexCtl.bytes()) && out.write(d.HexDeploy.data(), d.HexDeploy.bytes()) &&
+         out.write(d.HexLandMass.data(), d.HexLandMass.bytes()) && out.put(d.ObjCount) &&
+         out.write(d.ObjList.data(), d.ObjList.bytes());
+}
+
+}  // namespace
+
+bool ReadMapFile(ByteSource& in, const RefData& ref, LoadedMap& out, std::string* err) {
+  char magic[8];
+  if (in.size() < 8 || !in.read(magic, 8) || std::memcmp(magic, kMagic, 8) != 0) {
+    // No header: the older layout, read from the start.
+    if (!in.seek(0)) {
+      if (err) *err = "the file cannot be read from its start";
+      return false;
+    }
+    return ReadOldMapFile(in, ref, out, err);
+  }
+  LoadedMap m;
+  if (!in.get(m.version)) {
+    if (err) *err = "the file ends inside its header";
+    return false;
+  }
+  Document& d = m.doc;
+  if (!ReadSizes(in, d.MapMaxX, d.MapMaxY, err)) return false;
+  if (!ReadPlanes(in, d, err)) {
+    if (err && err->empty()) *err = "the file ends inside the hex planes";
+    return false;
+  }
+  d.HexElev.Allocate(d.W(), d.H());
+  d.HexOrigOwner.Allocate(d.W(), d.H());
+  d.HexContour.Allocate(d.W(), d.H());
+  d.HexAIDist.Allocate(d.W(), d.H());
+  m.hasObjList = m.version > 544;
+  if (m.hasObjList) {
+    if (!ReadObjList(in, d, err)) return false;
+  } else {
+    d.ObjCount = 0;
+    d.ObjList.Allocate(0);
+  }
+  if (m.version >= 558) {
+    int16_t len = 0;
+    if (!in.get(len)) {
+      if (err) *err = "the file ends before the name of its nation set";
+      return false;
+    }
+    if (len < 0 || static_cast<uint64_t>(len) > in.remaining()) {
+      if (err) *err = "the name of its nation set has an impossible length (" + std::to_string(len) + ")";
+      return false;
+    }
+    m.nationSet.resize(len);
+    if (!in.read(m.nationSet.data(), len)) return false;
+  }
+  if (m.version > 570) {
+    if (in.remaining() < d.N()) {
+      if (err) *err = "the contour plane " + Need("", d.N(), in.remaining()).substr(1);
+      return false;
+    }
+    if (!ReadArray(in, d.HexContour)) return false;
+  }
+  out = std::move(m);
+  return true;
+}
+
+bool ReadOldMapFile(ByteSource& in, const RefData& ref, LoadedMap& out, std::string* err) {
+  LoadedMap m;
+  m.oldFormat = true;
+  Document& d = m.doc;
+  if (!ReadSizes(in, d.MapMaxX, d.MapMaxY, err)) return false;
+  const uint64_t n = d.N();
+  if (in.remaining() < 15 * n) {
+    if (err)
+      *err = "it has no \"Version \" header, and read as an older map its first bytes give " +
+             std::to_string(d.W()) + " x " + std::to_string(d.H()) + " hexes, which need " +
+             std::to_string(4 + 15 * n) + " bytes; the file has " + std::to_string(in.size());
+    return false;
+  }
+  d.AllocateAll();
+  const int W = d.W(), H = d.H();
+  std::vector<uint8_t> rec(static_cast<size_t>(9) * n);
+  if (!in.read(rec.data(), rec.size())) return false;
+  size_t p = 0;
+  for (int x = 0; x < W; ++x)
+    for (int y = 0; y < H; ++y) {
+      for (int k = 0; k < 7; ++k) d.HexInfo(x, y, k) = rec[p + k];
+      // Cities and ports carry roads on every side.
+      if (d.HexInfo(x, y, 0) == 5 || d.HexInfo(x, y, 0) == 14)
+        for (int k = 1; k <= 6; ++k) d.HexInfo(x, y, k) = 1;
+      int16_t tile;
+      std::memcpy(&tile, &rec[p + 7], 2);
+      d.HexTile(x, y) = tile;
+      const uint8_t type = ref.TypeOf(tile);
+      if (type != d.HexInfo(x, y, 0)) d.HexInfo(x, y, 0) = type;
+      p += 9;
+    }
+  rec.resize(static_cast<size_t>(2) * n);
+  if (!in.read(rec.data(), rec.size())) return false;
+  p = 0;
+  for (int x = 0; x < W; ++x)
+    for (int y = 0; y < H; ++y, p += 2) {
+      d.HexCtl(x, y, 0) = rec[p];
+      d.HexCtl(x, y, 1) = rec[p + 1];
+    }
+  for (HexArray<int16_t>* a : {&d.HexDeploy, &d.HexLandMass}) {
+    if (!in.read(rec.data(), rec.size())) return false;
+    p = 0;
+    for (int x = 0; x < W; ++x)
+      for (int y = 0; y < H; ++y, p += 2) std::memcpy(&(*a)(x, y), &rec[p], 2);
+  }
+  d.ObjCount = 0;
+  d.ObjList.Allocate(0);
+  out = std::move(m);
+  return true;
+}
+
+void ReadLevFile(ByteSource& in, HexArray<uint8_t>& elev) {
+  const size_t n = std::min<uint64_t>(elev.size(), in.remaining());
+  in.read(elev.data(), n);
+}
+
+bool WriteMapFile(const Document& d, ByteSink& out) {
+  const int16_t len = static_cast<int16_t>(d.NationSet.size());
+  return WritePlanes(d, out) && out.put(len) && out.write(d.NationSet.data(), d.NationSet.size()) &&
+         out.write(d.HexContour.data(), d.HexContour.bytes());
+}
+
+bool WriteSnapshotFile(const Document& d, ByteSink& out) { return WritePlanes(d, out); }
+
+}  // namespace kv
+
+namespace kv {
+
+namespace {
+
+// Replaces the document's map content by what was read, keeping its identity.
+void TakeMap(Document& d, Document&& m) {
+  d.MapMaxX = m.MapMaxX;
+  d.MapMaxY = m.MapMaxY;
+  d.HexInfo = std::move(m.HexInfo);
+  d.HexTile = std::move(m.HexTile);
+  d.HexElev = std::move(m.HexElev);
+  d.HexCtl = std::move(m.HexCtl);
+  d.HexDeploy = std::move(m.HexDeploy);
+  d.HexLandMass = std::move(m.HexLandMass);
+  d.HexContour = std::move(m.HexContour);
+  d.HexOrigOwner = std::move(m.HexOrigOwner);
+  d.HexAIDist = std::move(m.HexAIDist);
+  d.ObjCount = m.ObjCount;
+  d.ObjList = std::move(m.ObjList);
+}
+
+void ViewAfterLoad(Session& s, int origin) {
+  ViewState& v = s.view;
+  ClearPicture1(s);
+  v.ViewX = origin;
+  v.ViewY = origin;
+  v.ViewMaxX = s.doc.MapMaxX - v.ViewCols;
+  v.ViewMaxY = s.doc.MapMaxY - v.ViewRows;
+  // A map smaller than the view leaves a bar's maximum as it was.
+  if (s.doc.MapMaxX > v.ViewCols) v.HScroll1.Max = s.doc.MapMaxX - v.ViewCols;
+  if (s.doc.MapMaxY > v.ViewRows) v.VScroll1.Max = s.doc.MapMaxY - v.ViewRows;
+  s.ui().Changed("HScroll1");
+  s.ui().Changed("VScroll1");
+}
+
+struct PointerGuard {
+  Session& s;
+  explicit PointerGuard(Session& ss) : s(ss) { s.SetPointer(vbHourglass); }
+  ~PointerGuard() { s.SetPointer(vbArrow); }
+};
+
+}  // namespace
+
+bool LoadMap(Session& s) {
+  PointerGuard busy(s);
+  Document& d = s.doc;
+  const std::string path = d.MapPath;
+  LoadedMap m;
+  std::string err;
+  {
+    FileSource in;
+    if (!in.open(path, &err)) {
+      s.MsgBox("The map cannot be opened: " + err + ".");
+      return false;
+    }
+    if (!ReadMapFile(in, s.ref, m, &err)) {
+      s.MsgBox(path + " is not a readable map: " + err + ".");
+      return false;
+    }
+  }
+  if (m.oldFormat) {
+    // The older format: no elevations, no nation set, view from (1, 1).
+    d.MapFile = path;
+    TakeMap(d, std::move(m.doc));
+    FillHexPixel(s);
+    ViewAfterLoad(s, 1);
+    RedrawBuffers(s);
+    BuildObjList(s);
+    s.forms.Form5Loaded = false;
+    s.ui().UnloadForm("Form5");
+    return true;
+  }
+  // Elevations from the side file, or level ground.
+  const std::string lev = CutExt(path, 4, ".lev");
+  m.doc.HexElev.Fill(127);
+  if (FileExists(lev)) {
+    m.doc.HexElev.Fill(0);
+    FileSource in;
+    if (in.open(lev, nullptr)) ReadLevFile(in, m.doc.HexElev);
+  }
+  TakeMap(d, std::move(m.doc));
+  FillHexPixel(s);
+  ViewAfterLoad(s, 0);
+  std::string set = m.nationSet.empty() ? d.NationSet : m.nationSet;
+  if (set != d.NationSet) {
+    s.forms.Form3Loaded = false;
+    s.ui().UnloadForm("Form3");
+    // A set that cannot be read leaves the one in use (and says so).
+    if (SwitchNationSet(s, set)) BuildFlagBanks(s);
+  }
+  RedrawBuffers(s);
+  if (m.version <= 544) BuildObjList(s);
+  BuildOwnerMap(s);
+  s.forms.Form5Loaded = false;
+  s.ui().UnloadForm("Form5");
+  return true;
+}
+
+bool SaveMap(Session& s) {
+  Document& d = s.doc;
+  if (d.MapFile.empty()) d.MapFile = "newmap.map";
+  if (d.MapPath.empty()) return false;
+  s.SetPointer(vbHourglass);
+  s.forms.Label3Visible = true;
+  const std::string base = CutExt(d.MapPath, 4, "");
+  const std::string bmp = base + ".bmp";
+  if (FileExists(bmp)) {
+    if (s.MsgBox("Save Strategic/Jump Map image as \r" + bmp, vbYesNo) == vbYes) {
+      if (!SaveJumpMapImage(s, bmp)) s.MsgBox("The jump map image could not be written to " + bmp + ".");
+    }
+  }
+  RedrawBuffers(s);
+  s.SetLabel3("Writing map data");
+  SafeFileWriter map(d.MapPath), lev(base + ".lev"), ctl(base + ".ctl");
+  for (SafeFileWriter* w : {&map, &lev, &ctl}) w->KeepOldTail(true);
+  WriteMapFile(d, map);
+  lev.write(d.HexElev.data(), d.HexElev.bytes());
+  ctl.write(d.HexCtl.data(), d.HexCtl.bytes());
+  // All three files are completed before any of them replaces its old copy.
+  bool ok = map.finish() && lev.finish() && ctl.finish();
+  if (ok) ok = map.publish() && lev.publish() && ctl.publish();
+  if (!ok) {
+    std::string why = !map.ok() ? map.error() : !lev.ok() ? lev.error() : ctl.error();
+    map.abandon();
+    lev.abandon();
+    ctl.abandon();
+    s.SetLabel3("Map not saved");
+    s.SetPointer(vbArrow);
+    s.MsgBox("The map could not be saved: " + why + ".");
+    return false;
+  }
+  s.SetLabel3("Map Saved");
+  s.SetPointer(vbArrow);
+  return true;
+}
+
+bool WriteSnapshot(Session& s) {
+  s.SetLabel3("Writing map data");
+  SafeFileWriter w(s.App("autosave.map"));
+  w.KeepOldTail(true);
+  WriteSnapshotFile(s.doc, w);
+  if (!w.commit()) {
+    s.MsgBox("The undo snapshot could not be written: " + w.error() + ".");
+    return false;
+  }
+  return true;
+}
+
+bool RestoreSnapshot(Session& s) {
+  const std::string path = s.App("autosave.map");
+  FileSource in;
+  if (!FileExists(path) || !in.open(path, nullptr)) {
+    s.MsgBox("There is nothing to undo: no snapshot has been taken.");
+    return false;
+  }
+  Document& d = s.doc;
+  char magic[8];
+  int16_t version = 0, mx = 0, my = 0;
+  if (!in.read(magic, 8) || std::memcmp(magic, kMagic, 8) != 0 || !in.get(version) || !in.get(mx) ||
+      !in.get(my)) {
+    s.MsgBox("The undo snapshot " + path + " is damaged.");
+    return false;
+  }
+  if (mx != d.MapMaxX || my != d.MapMaxY) {
+    s.MsgBox("The undo snapshot is of a map of " + std::to_string(mx + 1) + " x " + std::to_string(my + 1) +
+             " hexes, not of the open map (" + std::to_string(d.W()) + " x " + std::to_string(d.H()) +
+             "); nothing was changed.");
+    return false;
+  }
+  Document m;
+  m.MapMaxX = mx;
+  m.MapMaxY = my;
+  std::string err;
+  if (!ReadPlanes(in, m, &err) || !ReadObjList(in, m, &err)) {
+    s.MsgBox("The undo snapshot " + path + " is damaged: " + (err.empty() ? "it ends early" : err) + ".");
+    return false;
+  }
+  // Elevations, contours and original owners are not in the snapshot and stay.
+  d.HexInfo = std::move(m.HexInfo);
+  d.HexTile = std::move(m.HexTile);
+  d.HexCtl = std::move(m.HexCtl);
+  d.HexDeploy = std::move(m.HexDeploy);
+  d.HexLandMass = std::move(m.HexLandMass);
+  d.ObjCount = m.ObjCount;
+  d.ObjList = std::move(m.ObjList);
+  RedrawBuffers(s);
+  return true;
+}
+
+}  // namespace kv

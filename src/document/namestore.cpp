@@ -1,0 +1,136 @@
+#include "document/namestore.h"
+
+#include <cstring>
+#include <vector>
+
+#include "platform/fileio.h"
+#include "session.h"
+
+namespace kv {
+
+namespace {
+std::FILE* OpenUpdate(const std::string& path) {
+  if (path.empty()) return nullptr;
+  std::FILE* f = std::fopen(path.c_str(), "r+b");
+  if (!f) f = std::fopen(path.c_str(), "w+b");
+  return f;
+}
+
+long Length(std::FILE* f) {
+  if (std::fseek(f, 0, SEEK_END) != 0) return 0;
+  return std::ftell(f);
+}
+
+long SlotOffset(const Session& s, int x, int y) {
+  return 4L * (static_cast<long>(y) * (s.doc.MapMaxX + 1) + x);
+}
+}  // namespace
+
+void NameFiles::CloseNdx() {
+  if (ndx_) std::fclose(ndx_);
+  ndx_ = nullptr;
+}
+void NameFiles::CloseStr() {
+  if (str_) std::fclose(str_);
+  str_ = nullptr;
+}
+void NameFiles::Close() {
+  CloseNdx();
+  CloseStr();
+}
+bool NameFiles::OpenNdx(const std::string& path) {
+  CloseNdx();
+  ndx_ = OpenUpdate(path);
+  return ndx_ != nullptr;
+}
+bool NameFiles::OpenStr(const std::string& path) {
+  CloseStr();
+  str_ = OpenUpdate(path);
+  return str_ != nullptr;
+}
+
+std::string GetHexName(Session& s, int x, int y) {
+  std::FILE* ndx = s.names.ndx();
+  std::FILE* str = s.names.str();
+  if (!ndx || !str || !s.doc.OnMap(x, y)) return "";
+  int32_t slot = 0;
+  // A slot beyond the end of a short index reads as no name.
+  if (std::fseek(ndx, SlotOffset(s, x, y), SEEK_SET) != 0 || std::fread(&slot, 4, 1, ndx) != 1) return "";
+  if (slot <= 0) return "";
+  char rec[kNameLen];
+  // A slot that points past the end of the strings reads as no name.
+  if (std::fseek(str, slot - 1L, SEEK_SET) != 0 || std::fread(rec, 1, kNameLen, str) != kNameLen) return "";
+  return std::string(rec, kNameLen);
+}
+
+void SetHexName(Session& s, int x, int y, const std::string& name) {
+  std::FILE* ndx = s.names.ndx();
+  std::FILE* str = s.names.str();
+  if (!ndx || !str || !s.doc.OnMap(x, y)) return;
+  const long off = SlotOffset(s, x, y);
+  int32_t slot = 0;
+  if (name.empty()) {
+    if (std::fseek(ndx, off, SEEK_SET) == 0) std::fwrite(&slot, 4, 1, ndx);
+    std::fflush(ndx);
+    return;
+  }
+  std::string rec = (name + std::string(kNameLen, ' ')).substr(0, kNameLen);
+  if (std::fseek(ndx, off, SEEK_SET) != 0 || std::fread(&slot, 4, 1, ndx) != 1) slot = 0;
+  if (slot <= 0) slot = static_cast<int32_t>(Length(str) + 1);
+  // Writing a slot beyond the end of a short index fills the gap with zeros.
+  long len = Length(ndx);
+  if (len < off) {
+    std::vector<char> zeros(off - len, 0);
+    std::fwrite(zeros.data(), 1, zeros.size(), ndx);
+  }
+  if (std::fseek(ndx, off, SEEK_SET) == 0) std::fwrite(&slot, 4, 1, ndx);
+  long slen = Length(str);
+  if (slen < slot - 1L) {
+    std::vector<char> zeros(slot - 1L - slen, 0);
+    std::fwrite(zeros.data(), 1, zeros.size(), str);
+  }
+  if (std::fseek(str, slot - 1L, SEEK_SET) == 0) std::fwrite(rec.data(), 1, kNameLen, str);
+  std::fflush(ndx);
+  std::fflush(str);
+}
+
+void OpenNameStore(Session& s) {
+  Document& d = s.doc;
+  s.names.Close();
+  if (d.NdxPath.empty()) {
+    d.NdxPath = s.App(CutExt(d.MapFile, 3, "ndx"));
+    if (FileExists(d.NdxPath)) RemoveFile(d.NdxPath);
+  }
+  s.names.OpenNdx(d.NdxPath);
+  if (std::FILE* ndx = s.names.ndx()) {
+    // Every slot of the current size is emptied; a longer file keeps its tail.
+    std::vector<int32_t> zeros(d.N(), 0);
+    std::fseek(ndx, 0, SEEK_SET);
+    std::fwrite(zeros.data(), 4, zeros.size(), ndx);
+    std::fflush(ndx);
+  }
+  if (d.StrPath.empty()) {
+    d.StrPath = s.App(CutExt(d.MapFile, 3, "str"));
+    if (FileExists(d.StrPath)) RemoveFile(d.StrPath);
+  }
+  s.names.OpenStr(d.StrPath);
+}
+
+void ReopenNameStore(Session& s) {
+  s.names.Close();
+  s.names.OpenNdx(s.doc.NdxPath);
+  s.names.OpenStr(s.doc.StrPath);
+}
+
+std::string& TrimName(std::string& name) {
+  auto cut = [&](char c) {
+    size_t i = name.size();
+    while (i > 0 && name[i - 1] == c) --i;
+    if (i > 0) name.resize(i);  // nothing but c: left as it stands
+  };
+  cut('\0');
+  cut(' ');
+  return name;
+}
+
+}  // namespace kv

@@ -1,0 +1,94 @@
+#include "view/geometry.h"
+
+#include <cmath>
+#include <cstdlib>
+
+#include "session.h"
+#include "view/scrolling.h"
+
+namespace kv {
+
+void HexToPixel(const RefData& ref, int x, int y, int32_t& px, int32_t& py) {
+  py = static_cast<int32_t>(ref.RowPitch) * y;
+  if (x % 2 == 0) py += static_cast<int32_t>(std::floor(ref.RowPitch / 2.0));
+  px = static_cast<int32_t>(ref.ColPitch) * x;
+}
+
+void HexToJumpPixel(const RefData& ref, int16_t x, int16_t y, int32_t& px, int32_t& py) {
+  py = static_cast<int32_t>(y) * ref.JumpRowPitch;
+  if (x % 2 == 0) py += static_cast<int32_t>(std::floor(ref.JumpRowPitch / 2.0));
+  px = static_cast<int32_t>(x) * ref.JumpColPitch;
+}
+
+void pixel_hex(const Session& s, double pxIn, double pyIn, int16_t& outX, int16_t& outY) {
+  const RefData& ref = s.ref;
+  int32_t px = static_cast<int32_t>(std::nearbyint(pxIn));
+  double py = pyIn;
+  int32_t x = px / ref.ColPitch;
+  if (x % 2 == 0) py -= ref.RowPitch / 2;
+  int32_t y = static_cast<int32_t>(std::trunc(std::nearbyint(py) / ref.RowPitch));
+  if (x < 0) x = 0;
+  if (y < 0) y = 0;
+  if (x > s.doc.MapMaxX) x = s.doc.MapMaxX;
+  if (y > s.doc.MapMaxY) y = s.doc.MapMaxY;
+  outX = static_cast<int16_t>(x);
+  outY = static_cast<int16_t>(y);
+}
+
+void HexNeighbour(int& x, int& y, int side) {
+  const bool even = x % 2 == 0;
+  switch (side) {
+    case 1: x += 1; y += even ? 1 : 0; break;
+    case 2: y += 1; break;
+    case 3: x -= 1; y += even ? 1 : 0; break;
+    case 4: x -= 1; y += even ? 0 : -1; break;
+    case 5: y -= 1; break;
+    case 6: x += 1; y += even ? 0 : -1; break;
+    default: break;
+  }
+}
+
+int16_t HexDistance(int16_t x1, int16_t y1, int16_t x2, int16_t y2) {
+  const int dx = std::abs(x1 - x2), dy = std::abs(y1 - y2);
+  if (dx == 0) return static_cast<int16_t>(dy);
+  if (dy == 0) return static_cast<int16_t>(dx);
+  const bool even = x1 % 2 == 0;
+  int n;
+  if ((even && y1 > y2) || (!even && y1 < y2))
+    n = dy - dx / 2;
+  else
+    n = static_cast<int>(std::floor(dy - dx / 2.0));
+  return static_cast<int16_t>(n > 0 ? dx + n : dx);
+}
+
+void FillHexPixel(Session& s) {
+  Document& d = s.doc;
+  d.HexPixel.Allocate(d.W(), d.H(), 2);
+  for (int x = 0; x <= d.MapMaxX; ++x)
+    for (int y = 0; y <= d.MapMaxY; ++y) HexToPixel(s.ref, x, y, d.HexPixel(x, y, 0), d.HexPixel(x, y, 1));
+}
+
+void Center_Hex(Session& s, int16_t x, int16_t y) {
+  ViewState& v = s.view;
+  v.ScrollSilent = -1;
+  const int cx = v.ViewCols / 2 + v.ViewX, cy = v.ViewRows / 2 + v.ViewY;
+  if (std::abs(x - cx) > v.ViewCols / 4) {
+    int nx = x - v.ViewCols / 2;
+    if (nx < v.HScroll1.Min) nx = v.HScroll1.Min;
+    if (nx > v.HScroll1.Max) nx = v.HScroll1.Max;
+    v.ViewX = nx;
+    if (nx != v.HScroll1.Value) SetScrollValue(s, Bar::H, nx);
+  }
+  if (std::abs(y - cy) > v.ViewRows / 4) {
+    int ny = y - v.ViewRows / 2;
+    if (ny < v.VScroll1.Min) ny = v.VScroll1.Min;
+    if (ny > v.VScroll1.Max) ny = v.VScroll1.Max;
+    v.ViewY = ny;
+    if (ny != v.VScroll1.Value) SetScrollValue(s, Bar::V, ny);
+  }
+  v.ViewX = v.HScroll1.Value;
+  v.ViewY = v.VScroll1.Value;
+  v.ScrollSilent = 0;
+}
+
+}  // namespace kv

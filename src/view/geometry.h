@@ -1,0 +1,28 @@
+// Grid arithmetic: hex to pixel at main and jump-map scale, pixel to hex,
+// neighbours across the six sides, distance, and centring the view.
+#pragma once
+
+#include <cstdint>
+
+namespace kv {
+
+struct Session;
+struct RefData;
+
+// Integer division truncating toward zero (the language's "\").
+inline int IDiv(int a, int b) { return a / b; }
+
+void HexToPixel(const RefData& ref, int x, int y, int32_t& px, int32_t& py);
+void HexToJumpPixel(const RefData& ref, int16_t x, int16_t y, int32_t& px, int32_t& py);
+// Hex under a map pixel, clamped to the map.
+void pixel_hex(const Session& s, double px, double py, int16_t& outX, int16_t& outY);
+// x, y become the hex across side 1..6 (no bounds check; other sides: no move).
+void HexNeighbour(int& x, int& y, int side);
+inline int OppositeSide(int s) { return ((s + 2) % 6) + 1; }
+int16_t HexDistance(int16_t x1, int16_t y1, int16_t x2, int16_t y2);
+// Fills HexPixel for the current map size.
+void FillHexPixel(Session& s);
+// Brings the view round a hex through the scroll bars (no redraw).
+void Center_Hex(Session& s, int16_t x, int16_t y);
+
+}  // namespace kv

@@ -1,0 +1,55 @@
+#include "view/scrolling.h"
+
+#include <cstdlib>
+
+#include "session.h"
+#include "view/render_api.h"
+
+namespace kv {
+
+void SetScrollValue(Session& s, Bar bar, int value) {
+  ScrollBarModel& b = bar == Bar::H ? s.view.HScroll1 : s.view.VScroll1;
+  if (b.Value == value) return;  // an unchanged value fires nothing
+  b.Value = value;
+  s.ui().Changed(bar == Bar::H ? "HScroll1" : "VScroll1");
+  if (bar == Bar::H)
+    HScroll1_Change(s);
+  else
+    VScroll1_Change(s);
+}
+
+void SetScrollRanges(Session& s) {
+  ViewState& v = s.view;
+  v.ViewMaxX = s.doc.MapMaxX - v.ViewCols;
+  v.ViewMaxY = s.doc.MapMaxY - v.ViewRows;
+  v.HScroll1.Max = v.ViewMaxX;
+  v.VScroll1.Max = v.ViewMaxY;
+  s.ui().Changed("HScroll1");
+  s.ui().Changed("VScroll1");
+}
+
+void HScroll1_Change(Session& s) {
+  ViewState& v = s.view;
+  if (v.ScrollSilent == 0) {
+    const int d = v.ViewX - v.HScroll1.Value;
+    v.ViewX = v.HScroll1.Value;
+    if (d == -1) ScrollRight(s);
+    if (d == 1) ScrollLeft(s);
+    if (std::abs(d) > 1) RedrawBuffers(s);
+  }
+  BlitPic1(s);
+}
+
+void VScroll1_Change(Session& s) {
+  ViewState& v = s.view;
+  if (v.ScrollSilent == 0) {
+    const int d = v.ViewY - v.VScroll1.Value;
+    v.ViewY = v.VScroll1.Value;
+    if (d == -1) ScrollDown(s);
+    if (d == 1) ScrollUp(s);
+    if (std::abs(d) > 1) RedrawBuffers(s);
+  }
+  BlitPic1(s);
+}
+
+}  // namespace kv

@@ -1,0 +1,17 @@
+// The two scroll bars of the main view and what a change of their value does.
+#pragma once
+
+namespace kv {
+
+struct Session;
+
+enum class Bar { H, V };
+
+// Sets a bar's value as the window system would, firing its change handler.
+void SetScrollValue(Session& s, Bar bar, int value);
+// New bar ranges after the map's size changed.
+void SetScrollRanges(Session& s);
+void HScroll1_Change(Session& s);
+void VScroll1_Change(Session& s);
+
+}  // namespace kv
