@@ -2,15 +2,12 @@
 
 #include <cstring>
 
-#include "document/document_ops.h"
 #include "platform/fileio.h"
-#include "refdata/nations.h"
-#include "session.h"
-#include "view/geometry.h"
-#include "view/render_api.h"
-#include "view/scrolling.h"
+#include "refdata/refdata.h"
 
 namespace kv {
+
+constexpr char kMapMagic[8] = {'V', 'e', 'r', 's', 'i', 'o', 'n', ' '};
 
 namespace {
 
@@ -37,6 +34,8 @@ bool ReadSizes(ByteSource& in, int16_t& mx, int16_t& my, std::string* err) {
   }
   return true;
 }
+
+}  // namespace
 
 // The planes shared by the map file and the snapshot.
 bool ReadPlanes(ByteSource& in, Document& d, std::string* err) {
@@ -75,6 +74,8 @@ bool ReadObjList(ByteSource& in, Document& d, std::string* err) {
   d.ObjList.Allocate(c);
   return in.read(d.ObjList.data(), d.ObjList.bytes());
 }
+
+namespace {
 
 bool WritePlanes(const Document& d, ByteSink& out) {
   const int16_t v = VersionNo, mx = d.MapMaxX, my = d.MapMaxY;
@@ -206,196 +207,5 @@ bool WriteMapFile(const Document& d, ByteSink& out) {
 }
 
 bool WriteSnapshotFile(const Document& d, ByteSink& out) { return WritePlanes(d, out); }
-
-}  // namespace kv
-
-namespace kv {
-
-namespace {
-
-// Replaces the document's map content by what was read, keeping its identity.
-void TakeMap(Document& d, Document&& m) {
-  d.MapMaxX = m.MapMaxX;
-  d.MapMaxY = m.MapMaxY;
-  d.HexInfo = std::move(m.HexInfo);
-  d.HexTile = std::move(m.HexTile);
-  d.HexElev = std::move(m.HexElev);
-  d.HexCtl = std::move(m.HexCtl);
-  d.HexDeploy = std::move(m.HexDeploy);
-  d.HexLandMass = std::move(m.HexLandMass);
-  d.HexContour = std::move(m.HexContour);
-  d.HexOrigOwner = std::move(m.HexOrigOwner);
-  d.HexAIDist = std::move(m.HexAIDist);
-  d.ObjCount = m.ObjCount;
-  d.ObjList = std::move(m.ObjList);
-}
-
-void ViewAfterLoad(Session& s, int origin) {
-  ViewState& v = s.view;
-  ClearPicture1(s);
-  v.ViewX = origin;
-  v.ViewY = origin;
-  v.ViewMaxX = s.doc.MapMaxX - v.ViewCols;
-  v.ViewMaxY = s.doc.MapMaxY - v.ViewRows;
-  // A map smaller than the view leaves a bar's maximum as it was.
-  if (s.doc.MapMaxX > v.ViewCols) v.HScroll1.Max = s.doc.MapMaxX - v.ViewCols;
-  if (s.doc.MapMaxY > v.ViewRows) v.VScroll1.Max = s.doc.MapMaxY - v.ViewRows;
-  s.ui().Changed("HScroll1");
-  s.ui().Changed("VScroll1");
-}
-
-struct PointerGuard {
-  Session& s;
-  explicit PointerGuard(Session& ss) : s(ss) { s.SetPointer(vbHourglass); }
-  ~PointerGuard() { s.SetPointer(vbArrow); }
-};
-
-}  // namespace
-
-bool LoadMap(Session& s) {
-  PointerGuard busy(s);
-  Document& d = s.doc;
-  const std::string path = d.MapPath;
-  LoadedMap m;
-  std::string err;
-  {
-    FileSource in;
-    if (!in.open(path, &err)) {
-      s.MsgBox("The map cannot be opened: " + err + ".");
-      return false;
-    }
-    if (!ReadMapFile(in, s.ref, m, &err)) {
-      s.MsgBox(path + " is not a readable map: " + err + ".");
-      return false;
-    }
-  }
-  if (m.oldFormat) {
-    // The older format: no elevations, no nation set, view from (1, 1).
-    d.MapFile = path;
-    TakeMap(d, std::move(m.doc));
-    FillHexPixel(s);
-    ViewAfterLoad(s, 1);
-    RedrawBuffers(s);
-    BuildObjList(s);
-    s.forms.Form5Loaded = false;
-    s.ui().UnloadForm("Form5");
-    return true;
-  }
-  // Elevations from the side file, or level ground.
-  const std::string lev = CutExt(path, 4, ".lev");
-  m.doc.HexElev.Fill(127);
-  if (FileExists(lev)) {
-    m.doc.HexElev.Fill(0);
-    FileSource in;
-    if (in.open(lev, nullptr)) ReadLevFile(in, m.doc.HexElev);
-  }
-  TakeMap(d, std::move(m.doc));
-  FillHexPixel(s);
-  ViewAfterLoad(s, 0);
-  std::string set = m.nationSet.empty() ? d.NationSet : m.nationSet;
-  if (set != d.NationSet) {
-    s.forms.Form3Loaded = false;
-    s.ui().UnloadForm("Form3");
-    // A set that cannot be read leaves the one in use (and says so).
-    if (SwitchNationSet(s, set)) BuildFlagBanks(s);
-  }
-  RedrawBuffers(s);
-  if (m.version <= 544) BuildObjList(s);
-  BuildOwnerMap(s);
-  s.forms.Form5Loaded = false;
-  s.ui().UnloadForm("Form5");
-  return true;
-}
-
-bool SaveMap(Session& s) {
-  Document& d = s.doc;
-  if (d.MapFile.empty()) d.MapFile = "newmap.map";
-  if (d.MapPath.empty()) return false;
-  s.SetPointer(vbHourglass);
-  s.forms.Label3Visible = true;
-  const std::string base = CutExt(d.MapPath, 4, "");
-  const std::string bmp = base + ".bmp";
-  if (FileExists(bmp)) {
-    if (s.MsgBox("Save Strategic/Jump Map image as \r" + bmp, vbYesNo) == vbYes) {
-      if (!SaveJumpMapImage(s, bmp)) s.MsgBox("The jump map image could not be written to " + bmp + ".");
-    }
-  }
-  RedrawBuffers(s);
-  s.SetLabel3("Writing map data");
-  SafeFileWriter map(d.MapPath), lev(base + ".lev"), ctl(base + ".ctl");
-  for (SafeFileWriter* w : {&map, &lev, &ctl}) w->KeepOldTail(true);
-  WriteMapFile(d, map);
-  lev.write(d.HexElev.data(), d.HexElev.bytes());
-  ctl.write(d.HexCtl.data(), d.HexCtl.bytes());
-  // All three files are completed before any of them replaces its old copy.
-  bool ok = map.finish() && lev.finish() && ctl.finish();
-  if (ok) ok = map.publish() && lev.publish() && ctl.publish();
-  if (!ok) {
-    std::string why = !map.ok() ? map.error() : !lev.ok() ? lev.error() : ctl.error();
-    map.abandon();
-    lev.abandon();
-    ctl.abandon();
-    s.SetLabel3("Map not saved");
-    s.SetPointer(vbArrow);
-    s.MsgBox("The map could not be saved: " + why + ".");
-    return false;
-  }
-  s.SetLabel3("Map Saved");
-  s.SetPointer(vbArrow);
-  return true;
-}
-
-bool WriteSnapshot(Session& s) {
-  s.SetLabel3("Writing map data");
-  SafeFileWriter w(s.App("autosave.map"));
-  w.KeepOldTail(true);
-  WriteSnapshotFile(s.doc, w);
-  if (!w.commit()) {
-    s.MsgBox("The undo snapshot could not be written: " + w.error() + ".");
-    return false;
-  }
-  return true;
-}
-
-bool RestoreSnapshot(Session& s) {
-  const std::string path = s.App("autosave.map");
-  FileSource in;
-  if (!FileExists(path) || !in.open(path, nullptr)) {
-    s.MsgBox("There is nothing to undo: no snapshot has been taken.");
-    return false;
-  }
-  Document& d = s.doc;
-  char magic[8];
-  int16_t version = 0, mx = 0, my = 0;
-  if (!in.read(magic, 8) || std::memcmp(magic, kMagic, 8) != 0 || !in.get(version) || !in.get(mx) ||
-      !in.get(my)) {
-    s.MsgBox("The undo snapshot " + path + " is damaged.");
-    return false;
-  }
-  if (mx != d.MapMaxX || my != d.MapMaxY) {
-    s.MsgBox("The undo snapshot is of a map of " + std::to_string(mx + 1) + " x " + std::to_string(my + 1) +
-             " hexes, not of the open map (" + std::to_string(d.W()) + " x " + std::to_string(d.H()) +
-             "); nothing was changed.");
-    return false;
-  }
-  Document m;
-  m.MapMaxX = mx;
-  m.MapMaxY = my;
-  std::string err;
-  if (!ReadPlanes(in, m, &err) || !ReadObjList(in, m, &err)) {
-    s.MsgBox("The undo snapshot " + path + " is damaged: " + (err.empty() ? "it ends early" : err) + ".");
-    return false;
-  }
-  // Elevations, contours and original owners are not in the snapshot and stay.
-  d.HexInfo = std::move(m.HexInfo);
-  d.HexTile = std::move(m.HexTile);
-  d.HexCtl = std::move(m.HexCtl);
-  d.HexDeploy = std::move(m.HexDeploy);
-  d.HexLandMass = std::move(m.HexLandMass);
-  d.ObjCount = m.ObjCount;
-  d.ObjList = std::move(m.ObjList);
-  RedrawBuffers(s);
-  return true;
-}
 
 }  // namespace kv

@@ -36,6 +36,11 @@ bool WriteMapFile(const Document& d, ByteSink& out);
 // The snapshot: the map file as far as the objective table.
 bool WriteSnapshotFile(const Document& d, ByteSink& out);
 
+// Pieces shared by the map file and the snapshot readers.
+extern const char kMapMagic[8];
+bool ReadPlanes(ByteSource& in, Document& d, std::string* err);
+bool ReadObjList(ByteSource& in, Document& d, std::string* err);
+
 // The editor's procedures. MapPath and MapFile are set by the caller.
 // A failed load says why and leaves the open map untouched.
 bool LoadMap(Session& s);

@@ -4,7 +4,6 @@
 #include <cstdlib>
 
 #include "session.h"
-#include "view/scrolling.h"
 
 namespace kv {
 
@@ -66,29 +65,6 @@ void FillHexPixel(Session& s) {
   d.HexPixel.Allocate(d.W(), d.H(), 2);
   for (int x = 0; x <= d.MapMaxX; ++x)
     for (int y = 0; y <= d.MapMaxY; ++y) HexToPixel(s.ref, x, y, d.HexPixel(x, y, 0), d.HexPixel(x, y, 1));
-}
-
-void Center_Hex(Session& s, int16_t x, int16_t y) {
-  ViewState& v = s.view;
-  v.ScrollSilent = -1;
-  const int cx = v.ViewCols / 2 + v.ViewX, cy = v.ViewRows / 2 + v.ViewY;
-  if (std::abs(x - cx) > v.ViewCols / 4) {
-    int nx = x - v.ViewCols / 2;
-    if (nx < v.HScroll1.Min) nx = v.HScroll1.Min;
-    if (nx > v.HScroll1.Max) nx = v.HScroll1.Max;
-    v.ViewX = nx;
-    if (nx != v.HScroll1.Value) SetScrollValue(s, Bar::H, nx);
-  }
-  if (std::abs(y - cy) > v.ViewRows / 4) {
-    int ny = y - v.ViewRows / 2;
-    if (ny < v.VScroll1.Min) ny = v.VScroll1.Min;
-    if (ny > v.VScroll1.Max) ny = v.VScroll1.Max;
-    v.ViewY = ny;
-    if (ny != v.VScroll1.Value) SetScrollValue(s, Bar::V, ny);
-  }
-  v.ViewX = v.HScroll1.Value;
-  v.ViewY = v.VScroll1.Value;
-  v.ScrollSilent = 0;
 }
 
 }  // namespace kv

@@ -52,4 +52,27 @@ void VScroll1_Change(Session& s) {
   BlitPic1(s);
 }
 
+void Center_Hex(Session& s, int16_t x, int16_t y) {
+  ViewState& v = s.view;
+  v.ScrollSilent = -1;
+  const int cx = v.ViewCols / 2 + v.ViewX, cy = v.ViewRows / 2 + v.ViewY;
+  if (std::abs(x - cx) > v.ViewCols / 4) {
+    int nx = x - v.ViewCols / 2;
+    if (nx < v.HScroll1.Min) nx = v.HScroll1.Min;
+    if (nx > v.HScroll1.Max) nx = v.HScroll1.Max;
+    v.ViewX = nx;
+    if (nx != v.HScroll1.Value) SetScrollValue(s, Bar::H, nx);
+  }
+  if (std::abs(y - cy) > v.ViewRows / 4) {
+    int ny = y - v.ViewRows / 2;
+    if (ny < v.VScroll1.Min) ny = v.VScroll1.Min;
+    if (ny > v.VScroll1.Max) ny = v.VScroll1.Max;
+    v.ViewY = ny;
+    if (ny != v.VScroll1.Value) SetScrollValue(s, Bar::V, ny);
+  }
+  v.ViewX = v.HScroll1.Value;
+  v.ViewY = v.VScroll1.Value;
+  v.ScrollSilent = 0;
+}
+
 }  // namespace kv

@@ -1,0 +1,22 @@
+// The command-line tool's subcommands.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace kv::cli {
+
+struct Options {
+  std::string app;          // --app DIR ("" for the per-user folder)
+  int screenW = 1920, screenH = 1080;  // --screen WxH
+  std::string exeDir;       // folder of the running binary
+  std::vector<std::string> args;  // what follows the subcommand's name
+};
+
+// Each returns the process exit status; errors go to standard error.
+int CmdInfo(const Options& o);
+
+// The program folder for a command, or "" after printing why not.
+std::string AppFolder(const Options& o);
+
+}  // namespace kv::cli

@@ -1,0 +1,80 @@
+// korvane-map: the editor's command-line tool.
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <string>
+
+#include "cli/commands.h"
+#include "platform/appfolder.h"
+
+namespace {
+
+const char* kUsage =
+    "usage: korvane-map [--app DIR] [--screen WxH] COMMAND ARGS...\n"
+    "commands:\n"
+    "  info MAP        size, format, nation set, objectives, owned and named hexes\n";
+
+struct Command {
+  const char* name;
+  int (*run)(const kv::cli::Options&);
+  int minArgs;
+};
+
+const Command kCommands[] = {
+    {"info", kv::cli::CmdInfo, 1},
+};
+
+}  // namespace
+
+namespace kv::cli {
+
+std::string AppFolder(const Options& o) {
+  std::string err;
+  std::string dir = ResolveAppFolder(o.app, o.exeDir, &err);
+  if (dir.empty()) std::fprintf(stderr, "korvane-map: %s\n", err.c_str());
+  return dir;
+}
+
+}  // namespace kv::cli
+
+int main(int argc, char** argv) {
+  kv::cli::Options o;
+  std::error_code ec;
+  o.exeDir = std::filesystem::canonical("/proc/self/exe", ec).parent_path().string();
+  int i = 1;
+  for (; i < argc; ++i) {
+    std::string a = argv[i];
+    if (a == "--app" && i + 1 < argc) {
+      o.app = argv[++i];
+    } else if (a == "--screen" && i + 1 < argc) {
+      if (std::sscanf(argv[++i], "%dx%d", &o.screenW, &o.screenH) != 2 || o.screenW < 200 || o.screenH < 200) {
+        std::fprintf(stderr, "korvane-map: --screen takes WIDTHxHEIGHT, at least 200x200\n");
+        return 2;
+      }
+    } else if (a == "--help" || a == "-h") {
+      std::fputs(kUsage, stdout);
+      return 0;
+    } else if (!a.empty() && a[0] == '-') {
+      std::fprintf(stderr, "korvane-map: unknown option %s\n%s", a.c_str(), kUsage);
+      return 2;
+    } else {
+      break;
+    }
+  }
+  if (i >= argc) {
+    std::fputs(kUsage, stderr);
+    return 2;
+  }
+  std::string name = argv[i++];
+  for (; i < argc; ++i) o.args.push_back(argv[i]);
+  for (const Command& c : kCommands) {
+    if (name != c.name) continue;
+    if (static_cast<int>(o.args.size()) < c.minArgs) {
+      std::fprintf(stderr, "korvane-map: %s needs more arguments\n%s", c.name, kUsage);
+      return 2;
+    }
+    return c.run(o);
+  }
+  std::fprintf(stderr, "korvane-map: unknown command %s\n%s", name.c_str(), kUsage);
+  return 2;
+}

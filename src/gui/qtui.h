@@ -1,0 +1,40 @@
+// The window system's side of the core's Ui: message boxes (all through one
+// function), form closing and refresh notices.
+#pragma once
+
+#include <QObject>
+#include <deque>
+#include <functional>
+#include <string>
+
+#include "platform/ui.h"
+
+class QWidget;
+
+namespace kv::gui {
+
+// Shows a message box without a title of its own, in the given style, and
+// returns the answer. In script mode it prints "msgbox: TEXT" and answers from
+// the queue (or with the default button) instead of waiting.
+int MessageBox(QWidget* parent, const std::string& text, int style);
+
+struct ScriptMode {
+  bool active = false;
+  std::deque<int> answers;
+};
+ScriptMode& Script();
+
+class QtUi : public Ui {
+ public:
+  int MsgBox(const std::string& text, int style) override { return MessageBox(parent, text, style); }
+  void UnloadForm(const std::string& form) override {
+    if (onUnload) onUnload(form);
+  }
+  void Changed(const std::string& what) override {
+    if (onChanged) onChanged(what);
+  }
+  QWidget* parent = nullptr;
+  std::function<void(const std::string&)> onUnload, onChanged;
+};
+
+}  // namespace kv::gui
