@@ -46,11 +46,11 @@ bool ReadPlanes(ByteSource& in, Document& d, std::string* err) {
              Need("", 15 * n, in.remaining()).substr(1);
     return false;
   }
-  d.HexInfo.Allocate(d.W(), d.H(), 7);
-  d.HexTile.Allocate(d.W(), d.H());
-  d.HexCtl.Allocate(d.W(), d.H(), 2);
-  d.HexDeploy.Allocate(d.W(), d.H());
-  d.HexLandMass.Allocate(d.W(), d.H());
+  d.HexInfo.AllocateForRead(d.W(), d.H(), 7);
+  d.HexTile.AllocateForRead(d.W(), d.H());
+  d.HexCtl.AllocateForRead(d.W(), d.H(), 2);
+  d.HexDeploy.AllocateForRead(d.W(), d.H());
+  d.HexLandMass.AllocateForRead(d.W(), d.H());
   return ReadArray(in, d.HexInfo) && ReadArray(in, d.HexTile) && ReadArray(in, d.HexCtl) &&
          ReadArray(in, d.HexDeploy) && ReadArray(in, d.HexLandMass);
 }
@@ -111,7 +111,7 @@ bool ReadMapFile(ByteSource& in, const RefData& ref, LoadedMap& out, std::string
   }
   d.HexElev.Allocate(d.W(), d.H());
   d.HexOrigOwner.Allocate(d.W(), d.H());
-  d.HexContour.Allocate(d.W(), d.H());
+  if (m.version <= 570) d.HexContour.Allocate(d.W(), d.H());
   d.HexAIDist.Allocate(d.W(), d.H());
   m.hasObjList = m.version > 544;
   if (m.hasObjList) {
@@ -138,6 +138,7 @@ bool ReadMapFile(ByteSource& in, const RefData& ref, LoadedMap& out, std::string
       if (err) *err = "the contour plane " + Need("", d.N(), in.remaining()).substr(1);
       return false;
     }
+    d.HexContour.AllocateForRead(d.W(), d.H());
     if (!ReadArray(in, d.HexContour)) return false;
   }
   out = std::move(m);
