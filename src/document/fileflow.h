@@ -13,4 +13,10 @@ struct Session;
 // that cannot be read leaves the document, its names and paths as they were.
 bool OpenMapFile(Session& s, const std::string& dir, const std::string& name);
 
+// Saves the map under a name as the dialog's Save button does: `text` as
+// typed, in folder `dir`; asks before replacing an existing file (a refusal
+// leaves the names and paths as they were); the name store follows the map.
+// Returns false when nothing was saved.
+bool SaveMapAs(Session& s, const std::string& dir, const std::string& text);
+
 }  // namespace kv

@@ -70,7 +70,7 @@ std::string FormatMapInfo(const MapInfo& i) {
                                  std::to_string(i.width - 1) + ", MapMaxY " + std::to_string(i.height - 1) + ")");
   line("Nation set:       ", i.nationSet.empty() ? std::string("(not stored; the set in use applies)") : i.nationSet);
   line("Objective table:  ", i.oldFormat || i.version <= 544 ? std::string("(not stored; rebuilt on load)")
-                                                            : std::to_string(i.objCount) + " objectives");
+                                                            : std::to_string(i.objCount) + (i.objCount == 1 ? " objective" : " objectives"));
   line("Owned hexes:      ", std::to_string(i.ownedHexes));
   line("Objective hexes:  ", std::to_string(i.objectiveHexes));
   line("Deployment hexes: ", std::to_string(i.deploymentHexes));
