@@ -9,6 +9,7 @@
 
 #include "document/document.h"
 #include "document/namestore.h"
+#include "editing/editorstate.h"
 #include "editing/pens.h"
 #include "platform/ui.h"
 #include "refdata/refdata.h"
@@ -49,6 +50,7 @@ struct Session {
   ViewState view;
   NameFiles names;
   FormState forms;
+  EditorState ed;  // the main window's controls, the file dialog, the new-map form
   RndGen rnd;
 
   Ui& ui() { return *ui_; }

@@ -5,6 +5,8 @@
 #include "platform/fileio.h"
 #include "session.h"
 #include "view/geometry.h"
+#include "view/render_api.h"
+#include "view/scrolling.h"
 
 namespace kv {
 
@@ -98,6 +100,8 @@ void NewMap(Session& s) {
   // The jump map is built again when its window next loads, which empties the
   // objective table of the blank map.
   BuildObjList(s);
+  SetScrollRanges(s);
+  RedrawBuffers(s);
 }
 
 }  // namespace kv

@@ -1,0 +1,76 @@
+// What the main window, the file dialog and the new-map form show, kept in the
+// session so that every rule about them lives in the core: captions, box
+// texts, check marks, the dialog's mode and folders. The forms mirror it.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace kv {
+
+struct Session;
+
+// Texts and states of Form1's controls and menu entries, as at design time;
+// Form1's load sets the few that differ at start.
+struct Form1Controls {
+  std::string Text1;  // status line
+  std::string Text2;  // name of the current hex
+  std::string Text3[3] = {"Text3", "Text3", "Text3"};
+  std::string Text4 = "elev";
+  std::string Command2Caption = "AutoTile Off";
+  std::string Command5Caption = "clear hex sides";
+  std::string Command6Caption = "deployment hexes on/off";
+  std::string Command9Caption = "EV mode ON";
+  bool Label1Bold = true, Label2Bold = false, Label4Bold = false;
+  std::string Picture2Picture = "bmp/roads.bmp";  // strip under the view
+  bool KeyPreview = true;
+  std::string mRandomCaption = "Random Tiles";
+  bool mRandomChecked = false;
+  std::string mHexSidesCaption = "&Hexsides on";
+  bool mHexSidesChecked = false;
+  std::string mShowRoadControlCaption = "Show Road Control = TRUE";
+  std::string mDefaultAreaCaption = "Default Area (Screen)";
+  bool HexControlOnChecked = false, HexControlOFFChecked = true;
+};
+
+// The file dialog's shared settings and the state of its controls.
+struct DialogState {
+  int16_t DlgMode = 0;
+  std::string DlgExt;
+  std::string DlgDir;   // the folder last shown; empty at start
+  std::string DlgFile;  // full path formed by Load; after a Save As, MapFile
+  bool Loaded = false;
+  bool Visible = false;
+  std::string Dir1Path;  // folder shown ("" until the dialog first loads)
+  std::vector<std::string> List1;
+  int List1Index = -1;
+  std::string Text1 = "Text1";
+  bool SaveEnabled = false;
+};
+
+struct Form6State {
+  bool Loaded = false;
+  std::string Text1 = "32", Text2 = "32";
+};
+
+// Calls into parts of the editor built elsewhere (the control form, the jump
+// map, map analysis, the map image). An empty hook does nothing.
+struct EditorHooks {
+  std::function<void(Session&)> DrawJumpBox;
+  std::function<void(Session&)> ExportMapImage;
+  std::function<void(Session&, int16_t, int16_t)> AreaHex;       // control form's area painting
+  std::function<void(Session&, int16_t, int16_t)> LoadAITable;   // objective path view
+  std::function<void(Session&)> ClearTilePickerDrawing;
+  std::function<void(Session&, const std::string&)> ShowForm;    // "Form2", "Form3", "Form5", "Form8"
+};
+
+struct EditorState {
+  Form1Controls f1;
+  DialogState dlg;
+  Form6State f6;
+  EditorHooks hooks;
+};
+
+}  // namespace kv
