@@ -15,6 +15,8 @@ struct Options {
 
 // Each returns the process exit status; errors go to standard error.
 int CmdInfo(const Options& o);
+// Runs an automation script (FILE or - for standard input) on headless forms.
+int CmdScript(const Options& o);
 
 // The program folder for a command, or "" after printing why not.
 std::string AppFolder(const Options& o);

@@ -12,7 +12,8 @@ namespace {
 const char* kUsage =
     "usage: korvane-map [--app DIR] [--screen WxH] COMMAND ARGS...\n"
     "commands:\n"
-    "  info MAP        size, format, nation set, objectives, owned and named hexes\n";
+    "  info MAP        size, format, nation set, objectives, owned and named hexes\n"
+    "  script FILE     run an automation script on the editor's forms (FILE may be -)\n";
 
 struct Command {
   const char* name;
@@ -22,6 +23,7 @@ struct Command {
 
 const Command kCommands[] = {
     {"info", kv::cli::CmdInfo, 1},
+    {"script", kv::cli::CmdScript, 1},
 };
 
 }  // namespace

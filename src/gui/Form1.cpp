@@ -1,41 +1,628 @@
 #include "gui/Form1.h"
 
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
 #include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPushButton>
 #include <QScreen>
+#include <QScrollBar>
 
+#include "document/clipboard.h"
+#include "document/filemenu.h"
 #include "document/startup.h"
-#include "view/layout.h"
+#include "editing/editing.h"
+#include "gui/Form6.h"
+#include "gui/LoadSave.h"
+#include "gui/PictureBox.h"
+#include "platform/bitmap.h"
+#include "view/render_api.h"
+#include "view/scrolling.h"
 
 namespace kv::gui {
+
+namespace {
+
+// The view surface that the renderer draws into, once the session has one.
+template <class S>
+const Bitmap* ViewSurface(S& s) {
+  if constexpr (requires { s.sprites.Picture1; })
+    return &s.sprites.Picture1;
+  else
+    return nullptr;
+}
+
+// The menu of the main window, in order. Depth 0 is the bar; an entry whose
+// work belongs to a part of the editor not built yet is shown disabled.
+struct MenuEntry {
+  const char* name;
+  const char* caption;
+  int depth;
+  bool enabled;
+  bool visible = true;
+};
+const MenuEntry kMenu[] = {
+    {"menu_file", "&File", 0, true},
+    {"menu_file_new", "&New Map file", 1, true},
+    {"menu_file_open", "&Open Map File", 1, true},
+    {"menu_file_save", "&Save Map File", 1, true},
+    {"menu_file_save_as", "Save Map File &As", 1, true},
+    {"openpgset", "Open PG set file", 1, false},
+    {"LoadBitmap", "Bitmap Utilities", 1, false},
+    {"mNewNations", "Open New Nations Set", 1, true},
+    {"menu_file_exit", "E&xit", 1, true},
+    {"mEdit", "&Edit", 0, true},
+    {"mUndo", "Undo", 1, true},
+    {"mCopy", "&Copy", 1, true},
+    {"mPaste", "&Paste", 1, true},
+    {"Mode", "Mode", 0, false, false},
+    {"Obj_on", "Objective Path ON", 1, false},
+    {"Obj_off", "Objective Path Off", 1, false},
+    {"Image_Functions", "Tiles", 0, true},
+    {"autoredrawroads", "auto redraw Roads", 1, false},
+    {"autoredrawterrain", "auto redraw Terrain", 1, false},
+    {"mAutoForest", "auto redraw Forests", 1, false},
+    {"mAutoMoutains", "auto redraw Mountains", 1, false},
+    {"mMapRebuild", "Redraw Map based on Terrain", 1, false},
+    {"mRandom", "Random Tiles", 1, true},
+    {"menu_hexsides", "Hex Sides", 0, true},
+    {"mHexSides", "&Hexsides on", 1, true},
+    {"HexControl", "Hex Control", 0, true},
+    {"HexControlOn", "Hex Control ON", 1, false},
+    {"HexControlOFF", "Hex Control OFF", 1, false},
+    {"mDefaultHC", "Set Hex Control (Screen Area)", 1, false},
+    {"mRoadsOnly", "Set Roads ONLY", 1, false},
+    {"mOriginalOwner", "Set Original Owner to Current Owner", 1, false},
+    {"menu_options", "Options", 0, true},
+    {"Background", "&Background Bitmap", 1, false, false},
+    {"mDefaultArea", "Default Area (Screen)", 1, true},
+    {"doroads", "Fill in Possible Road connections", 1, false},
+    {"mGrid", "Grid Lines", 1, false},
+    {"MemorizeRoads", "Memorize Road Tile Patterns", 1, false},
+    {"MemoriseRivers", "Memorise River Tile Patterns", 1, false},
+    {"mMountains", "Memorise Mountain Patterns", 1, false},
+    {"mRedoTerrain", "Rebuild Terrain based on Tiles", 1, false},
+    {"mRoadStuff", "Road Stuff", 1, true},
+    {"mCountRoad", "Count road hexes", 2, false},
+    {"mNextUnconnected", "Find connection/control problems", 2, false},
+    {"mShowRoadControl", "Show Road Control = TRUE", 2, true},
+    {"mRndWoods", "Scattered Woods", 1, false},
+    {"mGridSet", "Set Grid Dimensions", 1, false},
+    {"menu_LandMass", "Determine Separate Land Masses", 1, false},
+    {"BuildAITables", "Build AI Tables", 1, false, false},
+    {"VerifyHexData", "Verify Hex Data", 1, false},
+    {"StrategicMap", "Strategic Map", 0, true},
+    {"StrategicShow", "Show", 1, false},
+    {"StrategicHide", "Hide", 1, false},
+    {"helpscreen", "Help", 0, false},
+};
+
+// Key codes of the window system for the keys the editor uses.
+int KeyCodeOf(const QKeyEvent* e) {
+  const int k = e->key();
+  if (k >= Qt::Key_F1 && k <= Qt::Key_F12) return 112 + (k - Qt::Key_F1);
+  if (k >= Qt::Key_A && k <= Qt::Key_Z) return 65 + (k - Qt::Key_A);
+  if (k >= Qt::Key_0 && k <= Qt::Key_9) return 48 + (k - Qt::Key_0);
+  switch (k) {
+    case Qt::Key_Left: return 37;
+    case Qt::Key_Up: return 38;
+    case Qt::Key_Right: return 39;
+    case Qt::Key_Down: return 40;
+    case Qt::Key_Slash:
+    case Qt::Key_Question: return 191;
+    case Qt::Key_Shift: return 16;
+    case Qt::Key_Control: return 17;
+    case Qt::Key_Alt: return 18;
+    case Qt::Key_Return:
+    case Qt::Key_Enter: return 13;
+    case Qt::Key_Escape: return 27;
+    case Qt::Key_Space: return 32;
+    default: return 0;
+  }
+}
+
+QString Q(const std::string& s) { return QString::fromLatin1(s.c_str()); }
+std::string S(const QString& q) { return q.toLatin1().toStdString(); }
+
+void SetBold(QLabel* l, bool bold) {
+  QFont f = l->font();
+  if (f.bold() != bold) {
+    f.setBold(bold);
+    l->setFont(f);
+  }
+}
+
+void SetText(QLineEdit* e, const std::string& t) {
+  const QString q = Q(t);
+  if (e->text() != q) e->setText(q);
+}
+
+void SetBar(QScrollBar* b, const ScrollBarModel& m) {
+  const QSignalBlocker block(b);
+  b->setMinimum(m.Min);
+  // A map smaller than the view gives a maximum below the minimum: the bar stays put.
+  b->setMaximum(std::max(m.Min, m.Max));
+  b->setSingleStep(m.SmallChange);
+  b->setPageStep(std::max(1, m.LargeChange));
+  b->setValue(m.Value);
+}
+
+void Place(QWidget* w, const Rect& r) { w->setGeometry(r.Left, r.Top, r.Width, r.Height); }
+
+}  // namespace
 
 Form1::Form1(std::string appPath, QWidget* parent) : QMainWindow(parent) {
   setObjectName(QStringLiteral("Form1"));
   ui_.parent = this;
-  ui_.onChanged = [this](const std::string& what) { SyncFromSession(what); };
+  ui_.onChanged = [this](const std::string& what) { OnChanged(what); };
+  ui_.onUnload = [this](const std::string& form) { OnUnload(form); };
   session_ = std::make_unique<Session>(std::move(appPath), &ui_);
+  setWindowTitle(QStringLiteral("Form1"));
+  BuildControls();
+  BuildMenu();
 }
 
-Form1::~Form1() = default;
+Form1::~Form1() {
+  if (!unloaded_) Form_Unload();
+  qApp->removeEventFilter(this);
+}
+
+void Form1::BuildControls() {
+  auto* c = new QWidget(this);
+  c->setObjectName(QStringLiteral("centralwidget"));
+  setCentralWidget(c);
+  auto edit = [c](const char* name, const char* text, int tw, int th) {
+    auto* e = new QLineEdit(QString::fromLatin1(text), c);
+    e->setObjectName(QString::fromLatin1(name));
+    e->resize(Twips(tw), Twips(th));
+    return e;
+  };
+  auto button = [c](const char* name, const char* text, const char* tip, int tw, int th) {
+    auto* b = new QPushButton(QString::fromLatin1(text), c);
+    b->setObjectName(QString::fromLatin1(name));
+    b->setToolTip(QString::fromLatin1(tip));
+    b->setFocusPolicy(Qt::TabFocus);
+    b->resize(Twips(tw), Twips(th));
+    return b;
+  };
+  auto label = [c](const char* name, const char* text, int tw, int th) {
+    auto* l = new QLabel(QString::fromLatin1(text), c);
+    l->setObjectName(QString::fromLatin1(name));
+    l->resize(Twips(tw), Twips(th));
+    return l;
+  };
+  Text1_ = edit("Text1", "", 975, 375);
+  Command1_ = button("Command1", "Block Fill", "Fill a 10x10 block with selected tile.", 855, 375);
+  Command3_ = button("Command3", "Map Tiles", "Show Map Tile to select.", 975, 375);
+  Command5_ = button("Command5", "clear hex sides", "Clear Hexsides of roads or railroads.", 1215, 375);
+  Command6_ = button("Command6", "deployment hexes on/off", "Set PG/AG style deployment hexes.", 1935, 375);
+  Command2_ = button("Command2", "AutoTile Off", "", 1215, 375);
+  Label3_ = label("Label3", "Progress", 615, 195);
+  Label3_->setMinimumWidth(Twips(615));
+  Picture1_ = new PictureBox(QStringLiteral("Picture1"), c);
+  HScroll1_ = new QScrollBar(Qt::Horizontal, c);
+  HScroll1_->setObjectName(QStringLiteral("HScroll1"));
+  HScroll1_->resize(100, Twips(255));
+  VScroll1_ = new QScrollBar(Qt::Vertical, c);
+  VScroll1_->setObjectName(QStringLiteral("VScroll1"));
+  VScroll1_->resize(Twips(255), 100);
+  Picture2_ = new PictureBox(QStringLiteral("Picture2"), c);
+  Picture2_->resize(Twips(5460), Twips(810));
+  Label1_ = label("Label1", "Roads", 465, 195);
+  Label2_ = label("Label2", "Rail Roads", 780, 195);
+  Text2_ = edit("Text2", "", 1815, 285);
+  Label4_ = label("Label4", "Hex Name", 750, 195);
+  Command4_ = button("Command4", "Rename", "", 855, 255);
+  Command7_ = button("Command7", "Clear", "", 855, 255);
+  for (int i = 0; i < 3; ++i) Text3_[i] = edit(QStringLiteral("Text3(%1)").arg(i).toLatin1().constData(), "Text3", 735, 285);
+  Label5_ = label("Label5", "Divisor", 480, 195);
+  Command8_ = button("Command8", "Convert", "", 735, 255);
+  Label6_ = label("Label6", "Elevation", 660, 195);
+  Text4_ = edit("Text4", "elev", 735, 285);
+  Command9_ = button("Command9", "EV mode ON", "", 1215, 255);
+  SetBold(Label1_, true);
+  Label4_->setMouseTracking(true);
+
+  Picture1_->source = [this]() -> QImage {
+    const Bitmap* bm = ViewSurface(*session_);
+    if (!bm || bm->Empty()) return {};
+    // 0x00RRGGBB words are the memory layout of Format_RGB32.
+    return QImage(reinterpret_cast<const uchar*>(bm->Pixels().data()), bm->Width(), bm->Height(), bm->Width() * 4,
+                  QImage::Format_RGB32);
+  };
+  Picture1_->onMouseDown = [this](int b, int sh, double x, double y) { Picture1_MouseDown(b, sh, x, y); };
+  Picture1_->onMouseMove = [this](int b, int sh, double x, double y) { Picture1_MouseMove(b, sh, x, y); };
+  Picture2_->source = [this]() { return picture2Image_; };
+  Picture2_->onMouseDown = [this](int b, int sh, double x, double y) { Picture2_MouseDown(b, sh, x, y); };
+
+  connect(Command1_, &QPushButton::clicked, this, &Form1::Command1_Click);
+  connect(Command2_, &QPushButton::clicked, this, &Form1::Command2_Click);
+  connect(Command3_, &QPushButton::clicked, this, &Form1::Command3_Click);
+  connect(Command4_, &QPushButton::clicked, this, &Form1::Command4_Click);
+  connect(Command5_, &QPushButton::clicked, this, &Form1::Command5_Click);
+  connect(Command6_, &QPushButton::clicked, this, &Form1::Command6_Click);
+  connect(Command7_, &QPushButton::clicked, this, &Form1::Command7_Click);
+  connect(Command8_, &QPushButton::clicked, this, &Form1::Command8_Click);
+  connect(Command9_, &QPushButton::clicked, this, &Form1::Command9_Click);
+  Command3_->setEnabled(false);  // the tile picker is not built yet
+  // What the user types goes into the session at once.
+  auto track = [this](QLineEdit* e, std::string* target) {
+    connect(e, &QLineEdit::textEdited, this, [target](const QString& t) { *target = S(t); });
+  };
+  Form1Controls& f = session_->ed.f1;
+  track(Text2_, &f.Text2);
+  track(Text4_, &f.Text4);
+  for (int i = 0; i < 3; ++i) track(Text3_[i], &f.Text3[i]);
+  connect(HScroll1_, &QScrollBar::valueChanged, this,
+          [this](int v) { if (!syncing_) { SetScrollValue(*session_, Bar::H, v); SyncControls(); } });
+  connect(VScroll1_, &QScrollBar::valueChanged, this,
+          [this](int v) { if (!syncing_) { SetScrollValue(*session_, Bar::V, v); SyncControls(); } });
+  for (QWidget* w : {static_cast<QWidget*>(Label1_), static_cast<QWidget*>(Label2_), static_cast<QWidget*>(Label4_),
+                     static_cast<QWidget*>(Text2_)})
+    w->installEventFilter(this);
+}
+
+void Form1::BuildMenu() {
+  QMenu* stack[3] = {};
+  for (const MenuEntry& m : kMenu) {
+    const QString name = QString::fromLatin1(m.name), caption = QString::fromLatin1(m.caption);
+    const bool hasChildren = (&m + 1 < std::end(kMenu)) && (&m + 1)->depth > m.depth;
+    QAction* action = nullptr;
+    if (hasChildren) {
+      QMenu* menu = m.depth == 0 ? menuBar()->addMenu(caption) : stack[m.depth - 1]->addMenu(caption);
+      menu->setObjectName(name);
+      stack[m.depth] = menu;
+      action = menu->menuAction();
+    } else {
+      action = m.depth == 0 ? menuBar()->addAction(caption) : stack[m.depth - 1]->addAction(caption);
+      action->setObjectName(name);
+      action->setParent(this);
+      const QString handler = name + QStringLiteral("_Click");
+      connect(action, &QAction::triggered, this, [this, handler]() {
+        QString err;
+        InvokeHandler(this, handler, {}, &err);
+      });
+    }
+    action->setEnabled(m.enabled);
+    action->setVisible(m.visible);
+  }
+  for (const char* n : {"mRandom", "mHexSides", "HexControlOn", "HexControlOFF"})
+    if (auto* a = findChild<QAction*>(QString::fromLatin1(n))) a->setCheckable(true);
+}
+
+void Form1::ApplyLayout(bool withTail) {
+  const MainLayout& l = layout_;
+  Place(Text1_, l.Text1);
+  Place(Picture1_, l.Picture1);
+  Place(HScroll1_, l.HScroll1);
+  Place(VScroll1_, l.VScroll1);
+  Place(Picture2_, l.Picture2);
+  Place(Command1_, l.Command1);
+  Place(Command3_, l.Command3);
+  Place(Command5_, l.Command5);
+  Place(Command6_, l.Command6);
+  Place(Command2_, l.Command2);
+  Label3_->move(l.Label3.Left, l.Label3.Top);
+  Place(Label1_, l.Label1);
+  Place(Label2_, l.Label2);
+  Place(Text2_, l.Text2);
+  Place(Command4_, l.Command4);
+  Place(Command7_, l.Command7);
+  if (withTail) {
+    Place(Text3_[0], l.Text3_0);
+    Place(Text3_[1], l.Text3_1);
+    Place(Text3_[2], l.Text3_2);
+    Place(Command8_, l.Command8);
+    Place(Label4_, l.Label4);
+    Place(Label5_, l.Label5);
+    Place(Label6_, l.Label6);
+    Place(Text4_, l.Text4);
+    Place(Command9_, l.Command9);
+  }
+}
 
 bool Form1::Form_Load() {
   Session& s = *session_;
-  if (QScreen* scr = QGuiApplication::primaryScreen()) {
+  if (QScreen* scr = QGuiApplication::primaryScreen(); scr && !screenGiven_) {
     s.view.ScreenW = scr->size().width();
     s.view.ScreenH = scr->size().height();
   }
   if (!StartupData(s)) return false;
   int w = 0, h = 0;
   ClientSizeForScreen(s.view.ScreenW, s.view.ScreenH, w, h);
-  LayoutMainWindow(s, w, h, true);
+  layout_ = LayoutMainWindow(s, w, h, true);
+  ApplyLayout(false);
+  s.ed.f1.Text2.clear();
   if (!StartupAfterLayout(s)) return false;
-  setWindowTitle(QString::fromStdString(s.forms.Form1Caption));
+  LayoutLoadTail(layout_);
+  ApplyLayout(true);
+  Form1StartupControls(s);
   move(0, 0);
-  resize(s.view.ScreenW, s.view.ScreenH);
+  resize(s.view.ScreenW - 8, s.view.ScreenH - 8 - 22);
+  qApp->installEventFilter(this);  // KeyPreview: the form sees every key first
+  loaded_ = true;
+  ShowPicture2();
+  SyncControls();
   return true;
 }
 
-void Form1::SyncFromSession(const std::string& what) {
-  if (what == "Form1.Caption") setWindowTitle(QString::fromStdString(session_->forms.Form1Caption));
+void Form1::SetScreenSize(int w, int h) {
+  session_->view.ScreenW = w;
+  session_->view.ScreenH = h;
+  screenGiven_ = true;
 }
+
+void Form1::Form_Resize() {
+  Session& s = *session_;
+  // Only a maximised window is laid out again; the buffer stays as it is.
+  if (!loaded_ || !isMaximized() || centralWidget()->width() == 0) return;
+  MainLayout l = LayoutMainWindow(s, centralWidget()->width(), centralWidget()->height(), false);
+  const MainLayout tail = layout_;
+  layout_ = l;
+  layout_.Text3_0 = tail.Text3_0;
+  layout_.Text3_1 = tail.Text3_1;
+  layout_.Text3_2 = tail.Text3_2;
+  layout_.Command8 = tail.Command8;
+  layout_.Label4 = tail.Label4;
+  layout_.Label5 = tail.Label5;
+  layout_.Label6 = tail.Label6;
+  layout_.Text4 = tail.Text4;
+  layout_.Command9 = tail.Command9;
+  ApplyLayout(false);
+  s.ed.f1.Picture2Picture = "bmp/roadsp.bmp";
+  ShowPicture2();
+  SyncControls();
+}
+
+void Form1::Form_Unload() {
+  if (unloaded_) return;
+  unloaded_ = true;
+  // Other forms first, then the name store; the sprite bank goes with the session.
+  for (QWidget* w : {static_cast<QWidget*>(form6_.data()), static_cast<QWidget*>(loadSave_.data())})
+    if (w) w->close();
+  session_->ed.f6.Loaded = false;
+  session_->ed.dlg.Loaded = false;
+  session_->names.Close();
+  if (busyCursor_) QApplication::restoreOverrideCursor();
+  busyCursor_ = false;
+}
+
+void Form1::closeEvent(QCloseEvent* ev) {
+  Form_Unload();
+  ev->accept();
+  qApp->quit();
+}
+
+void Form1::changeEvent(QEvent* ev) {
+  QMainWindow::changeEvent(ev);
+  if (ev->type() == QEvent::WindowStateChange) Form_Resize();
+}
+
+void Form1::ShowPicture2() {
+  const QString path = Q(session_->App(session_->ed.f1.Picture2Picture));
+  picture2Image_ = QImage(path);
+  Picture2_->update();
+}
+
+void Form1::SyncControls() {
+  if (syncing_) return;
+  syncing_ = true;
+  Session& s = *session_;
+  const Form1Controls& f = s.ed.f1;
+  const QString caption = Q(s.forms.Form1Caption);
+  if (windowTitle() != caption) setWindowTitle(caption);
+  SetText(Text1_, f.Text1);
+  SetText(Text2_, f.Text2);
+  for (int i = 0; i < 3; ++i) SetText(Text3_[i], f.Text3[i]);
+  SetText(Text4_, f.Text4);
+  Command2_->setText(Q(f.Command2Caption));
+  Command5_->setText(Q(f.Command5Caption));
+  Command6_->setText(Q(f.Command6Caption));
+  Command9_->setText(Q(f.Command9Caption));
+  Label3_->setText(Q(s.forms.Label3Caption));
+  Label3_->adjustSize();
+  Label3_->setVisible(s.forms.Label3Visible);
+  SetBold(Label1_, f.Label1Bold);
+  SetBold(Label2_, f.Label2Bold);
+  SetBold(Label4_, f.Label4Bold);
+  auto action = [this](const char* n) { return findChild<QAction*>(QString::fromLatin1(n)); };
+  action("mRandom")->setText(Q(f.mRandomCaption));
+  action("mRandom")->setChecked(f.mRandomChecked);
+  action("mHexSides")->setText(Q(f.mHexSidesCaption));
+  action("mHexSides")->setChecked(f.mHexSidesChecked);
+  action("mShowRoadControl")->setText(Q(f.mShowRoadControlCaption));
+  action("mDefaultArea")->setText(Q(f.mDefaultAreaCaption));
+  action("HexControlOn")->setChecked(f.HexControlOnChecked);
+  action("HexControlOFF")->setChecked(f.HexControlOFFChecked);
+  SetBar(HScroll1_, s.view.HScroll1);
+  SetBar(VScroll1_, s.view.VScroll1);
+  const bool busy = s.forms.MousePointer == vbHourglass;
+  if (busy != busyCursor_) {
+    if (busy)
+      QApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+      QApplication::restoreOverrideCursor();
+    busyCursor_ = busy;
+  }
+  syncing_ = false;
+}
+
+void Form1::OnChanged(const std::string& what) {
+  if (what == "Picture1") {
+    Picture1_->update();
+  } else if (what == "Picture1.SetFocus") {
+    Picture1_->setFocus();
+  } else if (what == "Picture2") {
+    ShowPicture2();
+    SyncControls();
+  } else if (what == "Form6.Show") {
+    auto* f = static_cast<Form6*>(FormByName(QStringLiteral("Form6")));
+    f->SyncControls();
+    // Modal; a script does not wait for it.
+    if (Script().active)
+      f->show();
+    else
+      f->exec();
+  } else if (what == "LoadSave.Show") {
+    auto* d = static_cast<LoadSave*>(FormByName(QStringLiteral("LoadSave")));
+    d->SyncControls();
+    d->show();  // without waiting: the main window stays usable
+    if (!Script().active) d->raise();
+  } else if (what.rfind("LoadSave", 0) == 0) {
+    if (auto* d = static_cast<LoadSave*>(FormByName(QStringLiteral("LoadSave"), false))) {
+      d->SyncControls();
+      if (what == "LoadSave.Hide") d->hide();
+    }
+  } else if (what.rfind("Form6", 0) == 0) {
+    if (form6_) form6_->SyncControls();
+  } else {
+    SyncControls();
+  }
+}
+
+void Form1::OnUnload(const std::string& form) {
+  if (form == "LoadSave" && loadSave_) {
+    loadSave_->hide();
+    loadSave_->deleteLater();
+    loadSave_ = nullptr;
+  } else if (form == "Form6" && form6_) {
+    form6_->done(0);
+    form6_->hide();
+    form6_->deleteLater();
+    form6_ = nullptr;
+  }
+}
+
+VbForm* Form1::FormByName(const QString& name, bool create) {
+  if (name.compare(QStringLiteral("Form1"), Qt::CaseInsensitive) == 0) return this;
+  if (name.compare(QStringLiteral("LoadSave"), Qt::CaseInsensitive) == 0) {
+    if (!loadSave_ && create) loadSave_ = new LoadSave(*session_, this);
+    return loadSave_.data();
+  }
+  if (name.compare(QStringLiteral("Form6"), Qt::CaseInsensitive) == 0) {
+    if (!form6_ && create) form6_ = new Form6(*session_, this);
+    return form6_.data();
+  }
+  return nullptr;
+}
+
+bool Form1::SetOwnProperty(QObject* ctl, const QString& prop, const QString& value) {
+  // A box's text set from outside goes into the session like typed text.
+  if (prop == QStringLiteral("TextFromWidget")) {
+    Form1Controls& f = session_->ed.f1;
+    if (ctl == Text1_) f.Text1 = S(value);
+    if (ctl == Text2_) f.Text2 = S(value);
+    if (ctl == Text4_) f.Text4 = S(value);
+    for (int i = 0; i < 3; ++i)
+      if (ctl == Text3_[i]) f.Text3[i] = S(value);
+    return true;
+  }
+  return false;
+}
+
+bool Form1::GetOwnProperty(QObject* ctl, const QString& prop, QString* out) {
+  if (ctl == this && prop.compare(QStringLiteral("Caption"), Qt::CaseInsensitive) == 0) {
+    *out = windowTitle();
+    return true;
+  }
+  if (ctl == this && prop.compare(QStringLiteral("KeyPreview"), Qt::CaseInsensitive) == 0) {
+    *out = session_->ed.f1.KeyPreview ? QStringLiteral("-1") : QStringLiteral("0");
+    return true;
+  }
+  if (ctl == Picture2_ && prop.compare(QStringLiteral("Picture"), Qt::CaseInsensitive) == 0) {
+    *out = Q(session_->ed.f1.Picture2Picture);
+    return true;
+  }
+  return false;
+}
+
+bool Form1::eventFilter(QObject* obj, QEvent* ev) {
+  switch (ev->type()) {
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease: {
+      auto* w = qobject_cast<QWidget*>(obj);
+      if (!loaded_ || !w || w->window() != this || !session_->ed.f1.KeyPreview) break;
+      auto* ke = static_cast<QKeyEvent*>(ev);
+      const int code = KeyCodeOf(ke);
+      if (code == 0 || (ke->isAutoRepeat() && ev->type() == QEvent::KeyRelease)) break;
+      if (ev->type() == QEvent::KeyPress) {
+        Form_KeyDown(code, PictureBox::ShiftState(ke->modifiers()));
+        if (code >= 37 && code <= 40) return true;  // the view took the arrow
+      } else {
+        Form_KeyUp(code, PictureBox::ShiftState(ke->modifiers()));
+      }
+      break;
+    }
+    case QEvent::MouseButtonPress:
+      if (obj == Label1_) Label1_Click();
+      if (obj == Label2_) Label2_Click();
+      break;
+    case QEvent::MouseMove:
+      if (obj == Label4_) Label4_MouseMove();
+      break;
+    case QEvent::FocusIn:
+      if (obj == Text2_) Text2_GotFocus();
+      break;
+    case QEvent::FocusOut:
+      if (obj == Text2_) Text2_LostFocus();
+      break;
+    default:
+      break;
+  }
+  return QMainWindow::eventFilter(obj, ev);
+}
+
+// Handlers: each hands the event to the editing core and shows the result.
+void Form1::Form_KeyDown(int KeyCode, int Shift) { kv::Form_KeyDown(*session_, KeyCode, Shift); SyncControls(); }
+void Form1::Form_KeyUp(int KeyCode, int Shift) { kv::Form_KeyUp(*session_, KeyCode, Shift); }
+void Form1::Picture1_MouseDown(int Button, int Shift, double X, double Y) {
+  kv::Picture1_MouseDown(*session_, Button, Shift, X, Y);
+  SyncControls();
+}
+void Form1::Picture1_MouseMove(int Button, int Shift, double X, double Y) {
+  kv::Picture1_MouseMove(*session_, Button, Shift, X, Y);
+  SetText(Text1_, session_->ed.f1.Text1);
+  Label3_->setText(Q(session_->forms.Label3Caption));
+  Label3_->adjustSize();
+}
+void Form1::Picture2_MouseDown(int Button, int Shift, double X, double Y) {
+  kv::Picture2_MouseDown(*session_, Button, Shift, X, Y);
+  SyncControls();
+}
+void Form1::HScroll1_Change() { kv::HScroll1_Change(*session_); }
+void Form1::VScroll1_Change() { kv::VScroll1_Change(*session_); }
+void Form1::Command1_Click() { kv::Command1_Click(*session_); SyncControls(); }
+void Form1::Command2_Click() { kv::Command2_Click(*session_); SyncControls(); }
+void Form1::Command3_Click() {
+  if (session_->ed.hooks.ShowForm) session_->ed.hooks.ShowForm(*session_, "Form2");
+}
+void Form1::Command4_Click() { kv::Command4_Click(*session_); SyncControls(); }
+void Form1::Command5_Click() { kv::Command5_Click(*session_); SyncControls(); }
+void Form1::Command6_Click() { kv::Command6_Click(*session_); SyncControls(); }
+void Form1::Command7_Click() { kv::Command7_Click(*session_); SyncControls(); }
+void Form1::Command8_Click() { kv::Command8_Click(*session_); SyncControls(); }
+void Form1::Command9_Click() { kv::Command9_Click(*session_); SyncControls(); }
+void Form1::Label1_Click() { kv::Label1_Click(*session_); SyncControls(); }
+void Form1::Label2_Click() { kv::Label2_Click(*session_); SyncControls(); }
+void Form1::Label4_MouseMove() { kv::Label4_MouseMove(*session_); SyncControls(); }
+void Form1::Text2_GotFocus() { kv::Text2_GotFocus(*session_); }
+void Form1::Text2_LostFocus() { kv::Text2_LostFocus(*session_); }
+void Form1::menu_file_new_Click() { kv::menu_file_new_Click(*session_); SyncControls(); }
+void Form1::menu_file_open_Click() { kv::menu_file_open_Click(*session_); }
+void Form1::menu_file_save_Click() { kv::menu_file_save_Click(*session_); SyncControls(); }
+void Form1::menu_file_save_as_Click() { kv::menu_file_save_as_Click(*session_); }
+void Form1::mNewNations_Click() { kv::mNewNations_Click(*session_); }
+void Form1::menu_file_exit_Click() { close(); }
+void Form1::mUndo_Click() { kv::mUndo_Click(*session_); SyncControls(); }
+void Form1::mCopy_Click() { kv::mCopy_Click(*session_); }
+void Form1::mPaste_Click() { kv::mPaste_Click(*session_); SyncControls(); }
+void Form1::mHexSides_Click() { kv::mHexSides_Click(*session_); SyncControls(); }
+void Form1::mShowRoadControl_Click() { kv::mShowRoadControl_Click(*session_); SyncControls(); }
+void Form1::mDefaultArea_Click() { kv::mDefaultArea_Click(*session_); SyncControls(); }
+void Form1::mRandom_Click() { kv::mRandom_Click(*session_); SyncControls(); }
 
 }  // namespace kv::gui

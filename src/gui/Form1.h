@@ -1,28 +1,118 @@
-// The main window of the editor.
+// The main window of the editor: the status line and buttons along the top,
+// the map view with its scroll bars, the side strip and the hex-name,
+// coordinate and elevation controls along the bottom, and the menu.
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <memory>
 
 #include "gui/qtui.h"
+#include "gui/vbform.h"
 #include "session.h"
+#include "view/layout.h"
+
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QScrollBar;
+class QAction;
+class QMenu;
 
 namespace kv::gui {
 
-class Form1 : public QMainWindow {
+class PictureBox;
+class LoadSave;
+class Form6;
+
+class Form1 : public QMainWindow, public VbForm {
   Q_OBJECT
  public:
   explicit Form1(std::string appPath, QWidget* parent = nullptr);
   ~Form1() override;
   Session& session() { return *session_; }
+  QWidget* formWidget() override { return this; }
+  void SyncControls() override;
+  bool SetOwnProperty(QObject* ctl, const QString& prop, const QString& value) override;
+  bool GetOwnProperty(QObject* ctl, const QString& prop, QString* out) override;
+  // The default instance of another form by name, created on first use
+  // (nullptr for a form this editor does not have yet).
+  VbForm* FormByName(const QString& name, bool create = true);
+  const MainLayout& layoutRects() const { return layout_; }
+  // The screen the window is laid out for, instead of the primary screen.
+  void SetScreenSize(int w, int h);
+
   // Runs the start-up order; false when the program folder cannot support
   // an editor (the reason has been shown).
   Q_INVOKABLE bool Form_Load();
+  Q_INVOKABLE void Form_Resize();
+  Q_INVOKABLE void Form_Unload();
+  Q_INVOKABLE void Form_KeyDown(int KeyCode, int Shift);
+  Q_INVOKABLE void Form_KeyUp(int KeyCode, int Shift);
+  Q_INVOKABLE void Picture1_MouseDown(int Button, int Shift, double X, double Y);
+  Q_INVOKABLE void Picture1_MouseMove(int Button, int Shift, double X, double Y);
+  Q_INVOKABLE void Picture2_MouseDown(int Button, int Shift, double X, double Y);
+  Q_INVOKABLE void HScroll1_Change();
+  Q_INVOKABLE void VScroll1_Change();
+  Q_INVOKABLE void Command1_Click();
+  Q_INVOKABLE void Command2_Click();
+  Q_INVOKABLE void Command3_Click();
+  Q_INVOKABLE void Command4_Click();
+  Q_INVOKABLE void Command5_Click();
+  Q_INVOKABLE void Command6_Click();
+  Q_INVOKABLE void Command7_Click();
+  Q_INVOKABLE void Command8_Click();
+  Q_INVOKABLE void Command9_Click();
+  Q_INVOKABLE void Label1_Click();
+  Q_INVOKABLE void Label2_Click();
+  Q_INVOKABLE void Label4_MouseMove();
+  Q_INVOKABLE void Text2_GotFocus();
+  Q_INVOKABLE void Text2_LostFocus();
+  Q_INVOKABLE void menu_file_new_Click();
+  Q_INVOKABLE void menu_file_open_Click();
+  Q_INVOKABLE void menu_file_save_Click();
+  Q_INVOKABLE void menu_file_save_as_Click();
+  Q_INVOKABLE void mNewNations_Click();
+  Q_INVOKABLE void menu_file_exit_Click();
+  Q_INVOKABLE void mUndo_Click();
+  Q_INVOKABLE void mCopy_Click();
+  Q_INVOKABLE void mPaste_Click();
+  Q_INVOKABLE void mHexSides_Click();
+  Q_INVOKABLE void mShowRoadControl_Click();
+  Q_INVOKABLE void mDefaultArea_Click();
+  Q_INVOKABLE void mRandom_Click();
+
+ protected:
+  bool eventFilter(QObject* obj, QEvent* ev) override;
+  void changeEvent(QEvent* ev) override;
+  void closeEvent(QCloseEvent* ev) override;
 
  private:
-  void SyncFromSession(const std::string& what);
+  void BuildControls();
+  void BuildMenu();
+  void ApplyLayout(bool withTail);
+  void OnChanged(const std::string& what);
+  void OnUnload(const std::string& form);
+  void ShowPicture2();
   QtUi ui_;
   std::unique_ptr<Session> session_;
+  MainLayout layout_;
+  bool loaded_ = false, unloaded_ = false;
+  bool syncing_ = false;
+  bool screenGiven_ = false;
+  bool busyCursor_ = false;
+
+  QLineEdit *Text1_ = nullptr, *Text2_ = nullptr, *Text4_ = nullptr, *Text3_[3] = {};
+  QPushButton *Command1_ = nullptr, *Command2_ = nullptr, *Command3_ = nullptr, *Command4_ = nullptr,
+              *Command5_ = nullptr, *Command6_ = nullptr, *Command7_ = nullptr, *Command8_ = nullptr,
+              *Command9_ = nullptr;
+  QLabel *Label1_ = nullptr, *Label2_ = nullptr, *Label3_ = nullptr, *Label4_ = nullptr, *Label5_ = nullptr,
+         *Label6_ = nullptr;
+  PictureBox *Picture1_ = nullptr, *Picture2_ = nullptr;
+  QImage picture2Image_;
+  QScrollBar *HScroll1_ = nullptr, *VScroll1_ = nullptr;
+  QPointer<LoadSave> loadSave_;
+  QPointer<Form6> form6_;
 };
 
 }  // namespace kv::gui

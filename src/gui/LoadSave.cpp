@@ -1,0 +1,140 @@
+#include "gui/LoadSave.h"
+
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+
+#include "document/filemenu.h"
+#include "session.h"
+
+namespace kv::gui {
+
+namespace {
+QString Q(const std::string& s) { return QString::fromLocal8Bit(s.c_str()); }
+std::string S(const QString& q) { return q.toLocal8Bit().toStdString(); }
+}  // namespace
+
+LoadSave::LoadSave(Session& s, QWidget* parent) : QDialog(parent), s_(s) {
+  setObjectName(QStringLiteral("LoadSave"));
+  setWindowTitle(QStringLiteral("File Open"));
+  setModal(false);
+  resize(420, 330);
+  // The platform has no drive letters: the drive list has nothing to do.
+  Drive1_ = new QComboBox(this);
+  Drive1_->setObjectName(QStringLiteral("Drive1"));
+  Drive1_->addItem(QStringLiteral("/"));
+  Drive1_->hide();
+  dirLabel_ = new QLabel(this);
+  dirLabel_->setGeometry(8, 8, 404, 18);
+  Dir1_ = new QListWidget(this);
+  Dir1_->setObjectName(QStringLiteral("Dir1"));
+  Dir1_->setGeometry(8, 30, 200, 220);
+  List1_ = new QListWidget(this);
+  List1_->setObjectName(QStringLiteral("List1"));
+  List1_->setGeometry(214, 30, 198, 220);
+  auto* label = new QLabel(QStringLiteral("File Name"), this);
+  label->setObjectName(QStringLiteral("Label1"));
+  label->setGeometry(8, 258, 80, 20);
+  Text1_ = new QLineEdit(QStringLiteral("Text1"), this);
+  Text1_->setObjectName(QStringLiteral("Text1"));
+  Text1_->setGeometry(90, 256, 322, 24);
+  Command1_ = new QPushButton(QStringLiteral("Load"), this);
+  Command1_->setObjectName(QStringLiteral("Command1"));
+  Command1_->setGeometry(90, 290, 100, 28);
+  Command2_ = new QPushButton(QStringLiteral("Save"), this);
+  Command2_->setObjectName(QStringLiteral("Command2"));
+  Command2_->setGeometry(200, 290, 100, 28);
+  Command3_ = new QPushButton(QStringLiteral("Cancel"), this);
+  Command3_->setObjectName(QStringLiteral("Command3"));
+  Command3_->setGeometry(310, 290, 100, 28);
+  for (QPushButton* b : {Command1_, Command2_, Command3_}) b->setAutoDefault(false);
+
+  connect(Command1_, &QPushButton::clicked, this, &LoadSave::Command1_Click);
+  connect(Command2_, &QPushButton::clicked, this, &LoadSave::Command2_Click);
+  connect(Command3_, &QPushButton::clicked, this, &LoadSave::Command3_Click);
+  connect(Text1_, &QLineEdit::textEdited, this, [this](const QString& t) { s_.ed.dlg.Text1 = S(t); });
+  connect(List1_, &QListWidget::currentRowChanged, this, [this](int row) {
+    if (syncing_) return;
+    s_.ed.dlg.List1Index = row;
+    List1_Click();
+  });
+  connect(Dir1_, &QListWidget::itemActivated, this, [this](QListWidgetItem* item) {
+    QDir d(Q(s_.ed.dlg.Dir1Path));
+    EnterFolder(QDir::cleanPath(d.absoluteFilePath(item->text())));
+  });
+  SyncControls();
+}
+
+void LoadSave::EnterFolder(const QString& path) {
+  s_.ed.dlg.Dir1Path = S(path);
+  Dir1_Change();
+}
+
+void LoadSave::SyncControls() {
+  syncing_ = true;
+  const DialogState& g = s_.ed.dlg;
+  const QString dir = Q(g.Dir1Path);
+  dirLabel_->setText(dir);
+  Dir1_->clear();
+  if (!dir.isEmpty()) {
+    QDir d(dir);
+    if (!d.isRoot()) Dir1_->addItem(QStringLiteral(".."));
+    Dir1_->addItems(d.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::IgnoreCase));
+  }
+  List1_->clear();
+  for (const std::string& n : g.List1) List1_->addItem(Q(n));
+  List1_->setCurrentRow(g.List1Index);
+  if (Text1_->text() != Q(g.Text1)) Text1_->setText(Q(g.Text1));
+  Command2_->setEnabled(g.SaveEnabled);
+  syncing_ = false;
+}
+
+bool LoadSave::SetOwnProperty(QObject* ctl, const QString& prop, const QString& value) {
+  if (ctl == Dir1_ && prop.compare(QStringLiteral("Path"), Qt::CaseInsensitive) == 0) {
+    EnterFolder(value);
+    return true;
+  }
+  if (ctl == Text1_ && prop == QStringLiteral("TextFromWidget")) {
+    s_.ed.dlg.Text1 = S(value);
+    return true;
+  }
+  if (ctl == List1_ && prop == QStringLiteral("ListIndexFromWidget")) {
+    s_.ed.dlg.List1Index = value.toInt();
+    return true;
+  }
+  return false;
+}
+
+bool LoadSave::GetOwnProperty(QObject* ctl, const QString& prop, QString* out) {
+  if (ctl == Dir1_ && prop.compare(QStringLiteral("Path"), Qt::CaseInsensitive) == 0) {
+    *out = Q(s_.ed.dlg.Dir1Path);
+    return true;
+  }
+  if (ctl == this && prop.compare(QStringLiteral("Caption"), Qt::CaseInsensitive) == 0) {
+    *out = windowTitle();
+    return true;
+  }
+  return false;
+}
+
+void LoadSave::closeEvent(QCloseEvent* ev) {
+  ev->accept();
+  if (s_.ed.dlg.Loaded) LoadSave_Unload(s_);
+}
+
+void LoadSave::Form_Activate() { LoadSave_Form_Activate(s_); SyncControls(); }
+void LoadSave::Drive1_Change() {
+  s_.ed.dlg.Dir1Path = "/";
+  Dir1_Change();
+}
+void LoadSave::Dir1_Change() { LoadSave_Dir1_Change(s_); SyncControls(); }
+void LoadSave::List1_Click() { LoadSave_List1_Click(s_); SyncControls(); }
+void LoadSave::Command1_Click() { LoadSave_Command1_Click(s_); }
+void LoadSave::Command2_Click() { LoadSave_Command2_Click(s_); }
+void LoadSave::Command3_Click() { LoadSave_Command3_Click(s_); }
+
+}  // namespace kv::gui
