@@ -175,6 +175,10 @@ void Form1::BuildControls() {
   auto* c = new QWidget(this);
   c->setObjectName(QStringLiteral("centralwidget"));
   setCentralWidget(c);
+  // The design sizes are made for a small 8-point face.
+  QFont small = c->font();
+  small.setPointSize(8);
+  c->setFont(small);
   auto edit = [c](const char* name, const char* text, int tw, int th) {
     auto* e = new QLineEdit(QString::fromLatin1(text), c);
     e->setObjectName(QString::fromLatin1(name));
