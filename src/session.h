@@ -11,8 +11,10 @@
 #include "document/namestore.h"
 #include "editing/editorstate.h"
 #include "editing/pens.h"
+#include "jumpmap/jumpmap.h"
 #include "platform/ui.h"
 #include "refdata/refdata.h"
+#include "view/spritebank.h"
 #include "view/viewstate.h"
 
 namespace kv {
@@ -52,6 +54,8 @@ struct Session {
   FormState forms;
   EditorState ed;  // the main window's controls, the file dialog, the new-map form
   RndGen rnd;
+  SpriteBank sprites;  // sprite sheets, the off-screen buffer and the view surface
+  JumpMapState jump;   // Form5: the jump map picture and its settings
 
   Ui& ui() { return *ui_; }
   void SetUi(Ui* ui);

@@ -1,0 +1,147 @@
+#include "view/compose.h"
+
+#include "jumpmap/jumpmap.h"
+#include "session.h"
+#include "view/geometry.h"
+#include "view/spritebank.h"
+
+namespace kv {
+
+namespace {
+
+// The mask with AND, then the sprite from the same rectangle with OR.
+inline void BlitMasked(Bitmap& dst, int dx, int dy, int w, int h, const Bitmap& mask,
+                       const Bitmap& sprite, int sx, int sy) {
+  BitBlt(dst, dx, dy, w, h, &mask, sx, sy, SRCAND);
+  BitBlt(dst, dx, dy, w, h, &sprite, sx, sy, SRCPAINT);
+}
+
+
+}  // namespace
+
+void ContourCode(Session& s, int16_t x, int16_t y, int16_t& c) {
+  Document& d = s.doc;
+  int code = 0;
+  bool lower = false;
+  const uint8_t here = d.HexElev(x, y);
+  for (int side = 1; side <= 6; ++side) {
+    int nx = x, ny = y;
+    HexNeighbour(nx, ny, side);
+    if (d.OnMap(nx, ny) && d.HexElev(nx, ny) < here)
+      lower = true;
+    else
+      code += 1 << (side - 1);
+  }
+  if (!lower) code = -1;
+  if (code == 0) code = 63;
+  d.HexContour(x, y) = static_cast<uint8_t>(code > 0 ? code : 0);
+  c = static_cast<int16_t>(code);
+}
+
+void Print_hex(Session& s, int16_t x, int16_t y, int16_t mode) {
+  if (x < 0 || y < 0) return;
+  Document& d = s.doc;
+  // Beyond the map (a stale view after the map shrank) nothing is drawn.
+  if (!d.OnMap(x, y) || !d.HexPixel.InRange(x, y, 1) || !d.HexTile.InRange(x, y)) return;
+  const RefData& r = s.ref;
+  const Pens& p = s.pens;
+  SpriteBank& b = s.sprites;
+  Bitmap& buf = b.BufDC;
+  const int W = r.HexW, H = r.HexH;
+  const int px = d.HexPixel(x, y, 0) - (s.view.ViewX - 1) * r.ColPitch;
+  const int py = d.HexPixel(x, y, 1) - (s.view.ViewY - 1) * r.RowPitch;
+
+  // 1, 2: knock the hexagon out and paint the tile into the hole.
+  BitBlt(buf, px, py, W, H, &b.BlackHexDC, 0, 0, SRCAND);
+  const int t = d.HexTile(x, y);
+  BitBlt(buf, px, py, W, H, &b.TileSheet, (t % 16) * W, (t / 16) * H, SRCPAINT);
+
+  // 3: outline.
+  if (p.HexOutlines == -1) BlitMasked(buf, px, py, W, H, b.HexLineMaskDC, b.HexLineDC, 0, 0);
+
+  // 4: deployment flag, or control marker.
+  const int fx = px + r.FlagDX, fy = py + r.FlagDY;
+  if (p.CtlMode == 1) {
+    const int n = d.HexDeploy(x, y);
+    if (n > 0) BitBlt(buf, fx, fy, 20, 13, &b.FlagDC, n * 20, 0, SRCCOPY);
+  } else {
+    const int n = d.HexCtl(x, y, 0);
+    if (n > 0) {
+      switch (d.HexCtl(x, y, 1)) {
+        case 0:
+          if (p.ShowRoadControl == -1) BitBlt(buf, fx + 5, fy, 9, 9, &b.FlagSmallDC, n * 9, 0, SRCCOPY);
+          break;
+        case 1:
+          BitBlt(buf, fx, fy, 20, 13, &b.FlagDC, n * 20, 0, SRCCOPY);
+          break;
+        case 2:
+          BitBlt(buf, fx, fy, 21, 14, &b.FlagBigDC, n * 21, 0, SRCCOPY);
+          BlitMasked(buf, px, py, W, H, b.FxMaskDC, b.FxDC, 5 * W, 0);
+          break;
+        case 3:
+          BitBlt(buf, fx, fy, 21, 14, &b.FlagBigDC, n * 21, 0, SRCCOPY);
+          BlitMasked(buf, px, py, W, H, b.FxMaskDC, b.FxDC, 8 * W, 0);
+          break;
+        default:
+          break;
+      }
+    }
+  }
+
+  // 5, 6: road lines while side editing is on, railroad lines always.
+  for (int side = 1; side <= 6; ++side) {
+    const uint8_t v = d.HexInfo(x, y, side);
+    if (v == 1 && p.SideEdit > 0)
+      BlitMasked(buf, px, py, W, H, b.RoadMaskDC, b.RoadDC, (side - 1) * W, 0);
+    else if (v == 2)
+      BlitMasked(buf, px, py, W, H, b.RailMaskDC, b.RailDC, (side - 1) * W, 0);
+  }
+
+  // 7 to 10: the blue overlay for the selection, the grid, the highlighted
+  // tile and the highlighted elevation, each on its own condition.
+  auto blue = [&] { BlitMasked(buf, px, py, W, H, b.FxMaskDC, b.FxDC, kBlueHexLeft, 0); };
+  if (p.SelX1 >= 0 && p.SelX2 > 0 && p.SelY1 >= 0 && p.SelY2 > 0 && p.SelX1 <= x &&
+      x <= p.SelX2 && p.SelY1 <= y && y <= p.SelY2)
+    blue();
+  if (mode == 2) blue();
+  if (p.HighlightTile != -1 && t == p.HighlightTile) blue();
+  if (p.ElevMode == -1 && d.HexElev(x, y) - 127 == p.ElevValue) blue();
+
+  // 11: contour lines, refreshing HexContour on the way.
+  int16_t c;
+  ContourCode(s, x, y, c);
+  if (c > -1) BlitMasked(buf, px, py, W, H, b.ContourMaskDC, b.ContourDC, (c % 16) * W, (c / 16) * H);
+}
+
+void RedrawHex(Session& s, int16_t x, int16_t y) {
+  LoadForm5(s);
+  JumpMapState& j = s.jump;
+  j.Picture2Box.shown = false;
+  if (s.doc.OnMap(x, y)) {
+    j.Picture2.SetPixel(x, y, TerrainColour(s.ref, s.doc.HexInfo(x, y, 0)));
+    s.ui().Changed("Form5.Picture2");
+  }
+  Print_hex(s, x, y, 0);
+  BlitPic1(s);
+}
+
+namespace {
+
+void MarkHex(Session& s, int16_t x, int16_t y, int left) {
+  const Document& d = s.doc;
+  if (!d.HexPixel.InRange(x, y, 1)) return;
+  const RefData& r = s.ref;
+  SpriteBank& b = s.sprites;
+  const int sx = d.HexPixel(x, y, 0) - r.ColPitch * s.view.ViewX;
+  const int sy = d.HexPixel(x, y, 1) - r.RowPitch * s.view.ViewY;
+  BitBlt(b.Picture1, sx, sy, r.HexW, r.HexH, &b.FxMaskDC, left, 0, SRCAND);
+  BitBlt(b.Picture1, sx, sy, r.HexW, r.HexH, &b.FxDC, left, 0, SRCPAINT);
+  s.ui().Changed("Picture1");
+}
+
+}  // namespace
+
+void BlueHex(Session& s, int16_t x, int16_t y) { MarkHex(s, x, y, kBlueHexLeft); }
+void YellowHex(Session& s, int16_t x, int16_t y) { MarkHex(s, x, y, kYellowHexLeft); }
+
+}  // namespace kv

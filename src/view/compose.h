@@ -1,0 +1,26 @@
+// Drawing one hex: the layers of a hex in their order and the editor state
+// that shows each, the contour code that drawing keeps up to date, and the
+// marks made on the view surface without touching the buffer.
+#pragma once
+
+#include <cstdint>
+
+namespace kv {
+
+struct Session;
+
+// Composes hex (x, y) into the buffer. mode 2 marks a grid hex (blue overlay);
+// 0 and 1 are plain. A hex off the map (negative, or beyond the map's last
+// column or row) is dropped silently.
+void Print_hex(Session& s, int16_t x, int16_t y, int16_t mode);
+// The contour code of hex (x, y): bit (s - 1) set when the hex across side s
+// does not lie lower (or is off the map); 63 when all six lie lower, -1 when
+// none does. Stores the code in HexContour (0 for -1).
+void ContourCode(Session& s, int16_t x, int16_t y, int16_t& c);
+// Brings hex (x, y) up to date in the jump map, the buffer and on screen.
+void RedrawHex(Session& s, int16_t x, int16_t y);
+// Marks a hex blue (or yellow) on Picture1 only, until the next BlitPic1.
+void BlueHex(Session& s, int16_t x, int16_t y);
+void YellowHex(Session& s, int16_t x, int16_t y);
+
+}  // namespace kv

@@ -1,0 +1,204 @@
+#include "view/spritebank.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "jumpmap/jumpmap.h"
+#include "platform/fileio.h"
+#include "session.h"
+#include "view/compose.h"
+#include "view/render_api.h"
+
+namespace kv {
+
+namespace {
+
+// A sheet that cannot be read stays empty: whatever is composed from it is
+// black or unchanged, and the editor runs on.
+void LoadSheet(Session& s, const char* rel, Bitmap& sheet) {
+  std::string err;
+  Bitmap b;
+  if (ReadBmpFile(s.App(rel), b, &err))
+    sheet = std::move(b);
+  else
+    sheet = Bitmap();
+}
+
+}  // namespace
+
+bool LoadTileSheet(Session& s) {
+  Bitmap& sheet = s.sprites.TileSheet;
+  std::string err;
+  Bitmap b;
+  if (!ReadBmpFile(s.App("bmp/mapl.bmp"), b, &err)) {
+    sheet = Bitmap();
+    return false;
+  }
+  sheet = std::move(b);
+  const RefData& r = s.ref;
+  if (r.HexW <= 0 || r.HexH <= 0) return false;
+  const int cells = (sheet.Width() / r.HexW) * (sheet.Height() / r.HexH);
+  if (cells < 1) return false;
+  s.ref.TileMax = static_cast<int16_t>(std::min(cells - 1, 32767));
+  return true;
+}
+
+void LoadSpriteBank(Session& s) {
+  SpriteBank& b = s.sprites;
+  LoadSheet(s, "bmp/blackhex.bmp", b.BlackHexDC);
+  LoadSheet(s, "bmp/hexp.bmp", b.HexLineDC);
+  LoadSheet(s, "bmp/hexm.bmp", b.HexLineMaskDC);
+  LoadSheet(s, "bmp/fx2.bmp", b.FxDC);
+  LoadSheet(s, "bmp/fx2m.bmp", b.FxMaskDC);
+  BuildFlagBanks(s);
+  LoadSheet(s, "bmp/roads.bmp", b.RoadDC);
+  LoadSheet(s, "bmp/roadsm.bmp", b.RoadMaskDC);
+  LoadSheet(s, "bmp/rr.bmp", b.RailDC);
+  LoadSheet(s, "bmp/rrm.bmp", b.RailMaskDC);
+  LoadSheet(s, "bmp/contours.bmp", b.ContourDC);
+  LoadSheet(s, "bmp/contoursm.bmp", b.ContourMaskDC);
+}
+
+void BuildFlagBanks(Session& s) {
+  struct Strip {
+    Bitmap* bank;
+    int w, h;
+    const char* suffix;
+  };
+  const Strip strips[] = {{&s.sprites.FlagBigDC, 21, 14, ""},
+                          {&s.sprites.FlagDC, 20, 13, "02"},
+                          {&s.sprites.FlagSmallDC, 9, 9, "03"}};
+  const int count = std::max<int>(s.ref.NationCount, 0);
+  for (const Strip& st : strips) {
+    st.bank->Create((count + 1) * st.w, st.h);
+    for (int i = 1; i <= count; ++i) {
+      const std::string name =
+          static_cast<size_t>(i) < s.ref.NationName.size() ? s.ref.NationName[i] : std::string();
+      std::string path = s.App("flags/" + name + st.suffix + ".bmp");
+      if (name.empty() || !FileExists(path)) path = s.App(std::string("flags/blank") + st.suffix + ".bmp");
+      Bitmap flag;
+      std::string err;
+      if (!ReadBmpFile(path, flag, &err)) continue;  // no blank either: the cell stays black
+      BitBlt(*st.bank, i * st.w, 0, st.w, st.h, &flag, 0, 0, SRCCOPY);
+    }
+  }
+}
+
+void ComputeBufferSize(const Session& s, int32_t& w, int32_t& h) {
+  const RefData& r = s.ref;
+  const ViewState& v = s.view;
+  w = static_cast<int32_t>(v.ViewCols) * r.ColPitch + r.ColPitch * 2 + r.HexW;
+  // Summed in floating point and rounded to nearest, halves to even.
+  h = static_cast<int32_t>(std::nearbyint((v.ViewRows + 1) * static_cast<double>(r.RowPitch) +
+                                          r.HexH * 2.5));
+  w = std::max(w, 0);
+  h = std::max(h, 0);
+}
+
+void ClearPicture1(Session& s) {
+  Bitmap& p = s.sprites.Picture1;
+  if (p.Width() != s.view.ViewPixW || p.Height() != s.view.ViewPixH)
+    p.Create(s.view.ViewPixW, s.view.ViewPixH);
+  p.Fill(kPictureBackColour);
+  s.ui().Changed("Picture1");
+}
+
+void BuildViewBuffer(Session& s) {
+  SpriteBank& b = s.sprites;
+  ComputeBufferSize(s, b.BufW, b.BufH);
+  b.BufDC.Create(b.BufW, b.BufH);
+  ClearPicture1(s);
+  BitBlt(b.BufDC, 0, 0, b.Picture1.Width(), b.Picture1.Height(), &b.Picture1, 0, 0, SRCCOPY);
+  const ViewState& v = s.view;
+  const int xEnd = std::min<int>(v.ViewCols + v.ViewX + 1, s.doc.MapMaxX);
+  const int yEnd = std::min<int>(v.ViewRows + v.ViewY + 1, s.doc.MapMaxY);
+  for (int x = v.ViewX - 1; x <= xEnd; ++x)
+    for (int y = v.ViewY - 1; y <= yEnd; ++y)
+      Print_hex(s, static_cast<int16_t>(x), static_cast<int16_t>(y), 0);
+  BlitPic1(s);
+}
+
+void RedrawBuffers(Session& s) {
+  SpriteBank& b = s.sprites;
+  BitBlt(b.BufDC, 0, 0, b.BufW, b.BufH, &b.BufDC, 0, 0, BLACKNESS);
+  const ViewState& v = s.view;
+  const Pens& p = s.pens;
+  const int x0 = std::max(v.ViewX - 1, 0), y0 = std::max(v.ViewY - 2, 0);
+  const int xEnd = std::min<int>(v.ViewCols + v.ViewX + 1, s.doc.MapMaxX);
+  const int yEnd = std::min<int>(v.ViewRows + v.ViewY + 1, s.doc.MapMaxY);
+  const bool grid = p.GridOn == -1;
+  for (int x = x0; x <= xEnd; ++x) {
+    const bool gridCol = grid && p.GridX != 0 && x % p.GridX == 0;
+    for (int y = y0; y <= yEnd; ++y) {
+      const bool gridHex = gridCol || (grid && p.GridY != 0 && y % p.GridY == 0);
+      Print_hex(s, static_cast<int16_t>(x), static_cast<int16_t>(y), gridHex ? 2 : 0);
+    }
+  }
+  BlitPic1(s);
+}
+
+void BlitPic1(Session& s) {
+  SpriteBank& b = s.sprites;
+  const ViewState& v = s.view;
+  if (b.Picture1.Width() != v.ViewPixW || b.Picture1.Height() != v.ViewPixH) {
+    b.Picture1.Create(v.ViewPixW, v.ViewPixH);
+    b.Picture1.Fill(kPictureBackColour);
+  }
+  BitBlt(b.Picture1, 0, 0, v.ViewPixW, v.ViewPixH, &b.BufDC, s.ref.ColPitch, s.ref.RowPitch,
+         SRCCOPY);
+  s.ui().Changed("Picture1");
+  if (s.forms.Form5Loaded) {
+    JumpMapState& j = s.jump;
+    const int bx = std::max(v.ViewX - j.HScroll1.Value, 0);
+    const int by = std::max(v.ViewY - j.VScroll1.Value, 0);
+    j.FormBox = {true, bx, by, bx + v.ViewCols, by + v.ViewRows, 0};
+    s.ui().Changed("Form1.Picture2.Cls");
+    s.ui().Changed("Form5");
+  }
+}
+
+// The four one-step moves: one copy of the buffer within itself, then the
+// hexes that came in, drawn without the grid overlay.
+void ScrollLeft(Session& s) {
+  SpriteBank& b = s.sprites;
+  const ViewState& v = s.view;
+  const int cp = s.ref.ColPitch;
+  BitBlt(b.BufDC, cp, 0, b.BufW - cp, b.BufH, &b.BufDC, 0, 0, SRCCOPY);
+  const int yEnd = std::min<int>(v.ViewRows + v.ViewY + 1, s.doc.MapMaxY);
+  for (int y = v.ViewY; y <= yEnd; ++y)
+    Print_hex(s, static_cast<int16_t>(v.ViewX), static_cast<int16_t>(y), 1);
+}
+
+void ScrollRight(Session& s) {
+  SpriteBank& b = s.sprites;
+  const ViewState& v = s.view;
+  const int cp = s.ref.ColPitch;
+  BitBlt(b.BufDC, 0, 0, b.BufW - cp, b.BufH, &b.BufDC, cp, 0, SRCCOPY);
+  const int xEnd = std::min<int>(v.ViewCols + v.ViewX + 1, s.doc.MapMaxX);
+  const int yEnd = std::min<int>(v.ViewRows + v.ViewY + 1, s.doc.MapMaxY);
+  for (int y = v.ViewY; y <= yEnd; ++y)
+    Print_hex(s, static_cast<int16_t>(xEnd), static_cast<int16_t>(y), 1);
+}
+
+void ScrollUp(Session& s) {
+  SpriteBank& b = s.sprites;
+  const ViewState& v = s.view;
+  const int rp = s.ref.RowPitch;
+  BitBlt(b.BufDC, 0, rp, b.BufW, b.BufH - rp, &b.BufDC, 0, 0, SRCCOPY);
+  const int xEnd = std::min<int>(v.ViewCols + v.ViewX + 1, s.doc.MapMaxX);
+  for (int x = v.ViewX; x <= xEnd; ++x)
+    Print_hex(s, static_cast<int16_t>(x), static_cast<int16_t>(v.ViewY), 1);
+}
+
+void ScrollDown(Session& s) {
+  SpriteBank& b = s.sprites;
+  const ViewState& v = s.view;
+  const int rp = s.ref.RowPitch;
+  BitBlt(b.BufDC, 0, 0, b.BufW, b.BufH - rp, &b.BufDC, 0, rp, SRCCOPY);
+  const int xEnd = std::min<int>(v.ViewCols + v.ViewX + 1, s.doc.MapMaxX);
+  const int yEnd = std::min<int>(v.ViewRows + v.ViewY + 1, s.doc.MapMaxY);
+  for (int x = v.ViewX; x <= xEnd; ++x)
+    Print_hex(s, static_cast<int16_t>(x), static_cast<int16_t>(yEnd), 1);
+}
+
+}  // namespace kv
