@@ -1,0 +1,159 @@
+// The checks that touch no drawing, so that tests and the command line can
+// use them without the view.
+#include "analysis/roadcheck.h"
+
+#include <algorithm>
+#include <string>
+
+#include "autotile/engine.h"
+#include "session.h"
+#include "view/geometry.h"
+
+namespace kv {
+
+namespace {
+
+// Terrains that must always have an owner: city, road end, port.
+bool MustBeOwned(uint8_t terrain) { return terrain == 5 || terrain == 6 || terrain == 14; }
+
+void ConnectAllRoads(Session& s) {
+  const Document& d = s.doc;
+  for (int x = 0; x <= d.MapMaxX; ++x)
+    for (int y = 0; y <= d.MapMaxY; ++y) ConnectRoads(s, static_cast<int16_t>(x), static_cast<int16_t>(y));
+}
+
+}  // namespace
+
+const char* FaultReason(FaultKind k) {
+  switch (k) {
+    case FaultKind::DeadEnd: return "road ends here (fewer than two connected sides)";
+    case FaultKind::NoOwner: return "road, city, road end or port without an owner";
+    case FaultKind::OwnerOnPlainHex: return "owner on a hex without road, city, road end or port";
+  }
+  return "";
+}
+
+int CountRoadHexes(const Session& s) {
+  const Document& d = s.doc;
+  int n = 0;
+  for (int x = 0; x <= d.MapMaxX; ++x)
+    for (int y = 0; y <= d.MapMaxY; ++y)
+      if (s.ref.RoadOf(d.HexTile(x, y)) == 1) ++n;
+  return n;
+}
+
+void mCountRoad_Click(Session& s) {
+  s.SetPointer(vbHourglass);
+  const int n = CountRoadHexes(s);
+  s.SetPointer(vbArrow);
+  s.MsgBox(std::to_string(n) + " road hexes on map.");
+}
+
+std::optional<FaultKind> PruneAndTestHex(Session& s, int x, int y) {
+  Document& d = s.doc;
+  for (int side = 1; side <= 6; ++side) {
+    if (d.HexInfo(x, y, side) != 1) continue;
+    int nx = x, ny = y;
+    HexNeighbour(nx, ny, side);
+    if (d.OnMap(nx, ny) && d.HexInfo(nx, ny, OppositeSide(side)) == 0) d.HexInfo(x, y, side) = 0;
+  }
+  const bool road = s.ref.RoadOf(d.HexTile(x, y)) == 1;
+  // A road may end in the two outer columns and rows.
+  if (road && x > 1 && x < d.MapMaxX && y > 1 && y < d.MapMaxY) {
+    int open = 0;
+    for (int side = 1; side <= 6; ++side)
+      if (d.HexInfo(x, y, side) == 1) ++open;
+    if (open < 2) return FaultKind::DeadEnd;
+  }
+  const bool owned = d.HexCtl(x, y, 0) > 0;
+  if (road || MustBeOwned(d.HexInfo(x, y, 0))) {
+    if (!owned) return FaultKind::NoOwner;
+  } else if (owned) {
+    return FaultKind::OwnerOnPlainHex;
+  }
+  return std::nullopt;
+}
+
+bool FindNextFault(Session& s, int fromX, int16_t& fx, int16_t& fy) {
+  ConnectAllRoads(s);
+  const Document& d = s.doc;
+  for (int x = std::max(fromX, 0); x <= d.MapMaxX; ++x)
+    for (int y = 0; y <= d.MapMaxY; ++y)
+      if (PruneAndTestHex(s, x, y)) {
+        fx = static_cast<int16_t>(x);
+        fy = static_cast<int16_t>(y);
+        return true;
+      }
+  return false;
+}
+
+std::vector<HexFault> FindAllFaults(Session& s) {
+  ConnectAllRoads(s);
+  const Document& d = s.doc;
+  std::vector<HexFault> out;
+  for (int x = 0; x <= d.MapMaxX; ++x)
+    for (int y = 0; y <= d.MapMaxY; ++y)
+      if (auto k = PruneAndTestHex(s, x, y)) out.push_back({static_cast<int16_t>(x), static_cast<int16_t>(y), *k});
+  return out;
+}
+
+int VerifyHexData(Session& s) {
+  Document& d = s.doc;
+  int errors = 0;
+  for (int x = 0; x <= d.MapMaxX; ++x)
+    for (int y = 0; y <= d.MapMaxY; ++y) {
+      if (d.HexTile(x, y) < 0 || d.HexTile(x, y) > s.ref.TileMax) {
+        d.HexTile(x, y) = 0;
+        ++errors;
+      }
+      if (d.HexInfo(x, y, 0) > s.ref.TerrainMax) {
+        d.HexInfo(x, y, 0) = 0;
+        ++errors;
+      }
+      // An objective without an owner is no objective; not counted.
+      if (d.HexCtl(x, y, 1) > 0 && d.HexCtl(x, y, 0) == 0) d.HexCtl(x, y, 1) = 0;
+    }
+  return errors;
+}
+
+void VerifyHexData_Click(Session& s) {
+  if (VerifyHexData(s) > 0) s.MsgBox("Errors found");
+}
+
+HexArea BulkArea(const Session& s) {
+  const Document& d = s.doc;
+  const ViewState& v = s.view;
+  if (s.pens.DefaultAreaAll == -1) return {0, d.MapMaxX, 0, d.MapMaxY};
+  return {v.ViewX, std::min<int>(v.ViewX + v.ViewCols, d.MapMaxX), v.ViewY,
+          std::min<int>(v.ViewY + v.ViewRows, d.MapMaxY)};
+}
+
+void SetDefaultControl(Session& s, const HexArea& a) {
+  Document& d = s.doc;
+  const Pens& p = s.pens;
+  const auto nation = static_cast<uint8_t>(p.CurNation), orig = static_cast<uint8_t>(p.CurOrigNation);
+  for (int x = std::max(a.x1, 0); x <= a.x2; ++x)
+    for (int y = std::max(a.y1, 0); y <= a.y2; ++y) {
+      const uint8_t t = d.HexInfo(x, y, 0);
+      if (MustBeOwned(t)) {
+        d.HexCtl(x, y, 0) = nation;
+        d.HexOrigOwner(x, y) = orig;
+        d.HexCtl(x, y, 1) = static_cast<uint8_t>(t == 5 ? p.CurObjType : t == 6 ? 1 : 2);
+      } else if (s.ref.RoadOf(d.HexTile(x, y)) == 1) {
+        d.HexCtl(x, y, 0) = nation;
+      } else {
+        d.HexCtl(x, y, 0) = 0;
+        d.HexOrigOwner(x, y) = 0;
+        d.HexCtl(x, y, 1) = 0;
+      }
+    }
+}
+
+void SetRoadControl(Session& s, const HexArea& a) {
+  Document& d = s.doc;
+  for (int x = std::max(a.x1, 0); x <= a.x2; ++x)
+    for (int y = std::max(a.y1, 0); y <= a.y2; ++y)
+      if (s.ref.RoadOf(d.HexTile(x, y)) == 1) d.HexCtl(x, y, 0) = static_cast<uint8_t>(s.pens.CurNation);
+}
+
+}  // namespace kv
