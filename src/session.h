@@ -14,6 +14,7 @@
 #include "jumpmap/jumpmap.h"
 #include "platform/ui.h"
 #include "refdata/refdata.h"
+#include "scenario/scenario_state.h"
 #include "view/spritebank.h"
 #include "view/viewstate.h"
 
@@ -56,6 +57,7 @@ struct Session {
   RndGen rnd;
   SpriteBank sprites;  // sprite sheets, the off-screen buffer and the view surface
   JumpMapState jump;   // Form5: the jump map picture and its settings
+  ScenarioState scn;  // the scenario set last imported, until Save As finishes it
 
   Ui& ui() { return *ui_; }
   void SetUi(Ui* ui);

@@ -15,6 +15,7 @@ struct Options {
 
 // Each returns the process exit status; errors go to standard error.
 int CmdInfo(const Options& o);
+int CmdImport(const Options& o);  // import SET OUT.map
 // Runs an automation script (FILE or - for standard input) on headless forms.
 int CmdScript(const Options& o);
 

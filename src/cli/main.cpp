@@ -13,6 +13,8 @@ const char* kUsage =
     "usage: korvane-map [--app DIR] [--screen WxH] COMMAND ARGS...\n"
     "commands:\n"
     "  info MAP        size, format, nation set, objectives, owned and named hexes\n"
+    "  import SET OUT.map\n"
+    "                  a scenario set of the older game as OUT.map with its side files, .oob and .scn\n"
     "  script FILE     run an automation script on the editor's forms (FILE may be -)\n";
 
 struct Command {
@@ -23,6 +25,7 @@ struct Command {
 
 const Command kCommands[] = {
     {"info", kv::cli::CmdInfo, 1},
+    {"import", kv::cli::CmdImport, 2},
     {"script", kv::cli::CmdScript, 1},
 };
 

@@ -3,6 +3,7 @@
 #include "document/mapfile.h"
 #include "document/namestore.h"
 #include "platform/fileio.h"
+#include "scenario/scenario_text.h"
 #include "session.h"
 
 namespace kv {
@@ -72,6 +73,8 @@ bool SaveMapAs(Session& s, const std::string& dir, const std::string& text) {
   if (!SaveMap(s)) return false;
   FollowStore(s, d.NdxPath, CutExt(path, 3, "ndx"), true);
   FollowStore(s, d.StrPath, CutExt(path, 3, "str"), false);
+  // After a scenario import: the order of battle and the scenario file.
+  FinishScenarioAtSave(s, path);
   return true;
 }
 
