@@ -18,6 +18,9 @@ int CmdInfo(const Options& o);
 int CmdImport(const Options& o);  // import SET OUT.map
 // Runs an automation script (FILE or - for standard input) on headless forms.
 int CmdScript(const Options& o);
+int CmdCheck(const Options& o);     // check MAP: verification and every road and control fault
+int CmdLandmass(const Options& o);  // landmass MAP: number the bodies, then save
+int CmdAi(const Options& o);        // ai MAP: build the AI tables, then save
 
 // The program folder for a command, or "" after printing why not.
 std::string AppFolder(const Options& o);

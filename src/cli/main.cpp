@@ -15,7 +15,10 @@ const char* kUsage =
     "  info MAP        size, format, nation set, objectives, owned and named hexes\n"
     "  import SET OUT.map\n"
     "                  a scenario set of the older game as OUT.map with its side files, .oob and .scn\n"
-    "  script FILE     run an automation script on the editor's forms (FILE may be -)\n";
+    "  script FILE     run an automation script on the editor's forms (FILE may be -)\n"
+    "  check MAP       verify the hex data, then list every road and control fault (status 1 if any)\n"
+    "  landmass MAP    number the separate land and water bodies, then save\n"
+    "  ai MAP          build the AI tables (the .ai file beside the map), then save\n";
 
 struct Command {
   const char* name;
@@ -27,6 +30,9 @@ const Command kCommands[] = {
     {"info", kv::cli::CmdInfo, 1},
     {"import", kv::cli::CmdImport, 2},
     {"script", kv::cli::CmdScript, 1},
+    {"check", kv::cli::CmdCheck, 1},
+    {"landmass", kv::cli::CmdLandmass, 1},
+    {"ai", kv::cli::CmdAi, 1},
 };
 
 }  // namespace
