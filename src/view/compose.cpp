@@ -89,13 +89,13 @@ void Print_hex(Session& s, int16_t x, int16_t y, int16_t mode) {
   }
 
   // 5, 6: road lines while side editing is on, railroad lines always.
-  for (int side = 1; side <= 6; ++side) {
-    const uint8_t v = d.HexInfo(x, y, side);
-    if (v == 1 && p.SideEdit > 0)
-      BlitMasked(buf, px, py, W, H, b.RoadMaskDC, b.RoadDC, (side - 1) * W, 0);
-    else if (v == 2)
+  if (p.SideEdit > 0)
+    for (int side = 1; side <= 6; ++side)
+      if (d.HexInfo(x, y, side) == 1)
+        BlitMasked(buf, px, py, W, H, b.RoadMaskDC, b.RoadDC, (side - 1) * W, 0);
+  for (int side = 1; side <= 6; ++side)
+    if (d.HexInfo(x, y, side) == 2)
       BlitMasked(buf, px, py, W, H, b.RailMaskDC, b.RailDC, (side - 1) * W, 0);
-  }
 
   // 7 to 10: the blue overlay for the selection, the grid, the highlighted
   // tile and the highlighted elevation, each on its own condition.
