@@ -372,14 +372,6 @@ TEST(ScenarioText, YearAndUnitCountFollowTheirRules) {
   EXPECT_EQ(trailing.out.scn.unitCount, 4);
 }
 
-TEST(ScenarioText, ScnFileHasEightLinesEndedByCr) {
-  VectorSink sink;
-  WriteScnText("campaign.map", sink);
-  EXPECT_EQ(std::string(sink.bytes.begin(), sink.bytes.end()),
-            "campaign.map.map\rcampaign.map.bmp\rcampaign.map.oob\rWeather,clear\rGround Conditions,dry\r"
-            "Weather Zone,moderate\rPolitics,False\rScenario Type,0\r");
-}
-
 // Every fault names its file and leaves nothing half done: the conversion
 // fails before anything reaches a session.
 TEST(ScenarioFaults, SetFilesThatDoNotFit) {

@@ -86,14 +86,14 @@ bool ImportScenarioSet(Session& s) {
   }
 
   // The order of battle waits in the program folder for the next Save As.
-  if (FileExists(oobTmp)) RemoveFile(oobTmp);
-  if (FileExists(dep)) RemoveFile(dep);
+  // It replaces one of an earlier import only once it is whole.
   SafeFileWriter oob(oobTmp);
   WriteOob(r.scn, r.units, s.ref, oob);
   if (!oob.commit()) {
     s.MsgBox("The order of battle " + oobTmp + " could not be written: " + oob.error() + ". Nothing was imported.");
     return false;
   }
+  if (FileExists(dep)) RemoveFile(dep);  // no step writes one; an old one would not fit
   s.scn.OobTmpPath = oobTmp;
   ReplaceDocument(s, std::move(r.map.doc));
   return true;
