@@ -123,6 +123,7 @@ void DrawStrategicMap(Session& s) {
 }
 
 bool ZoomFlags(Session& s, int16_t view, std::string* err) {
+  LoadForm5(s);
   Document& d = s.doc;
   JumpMapState& j = s.jump;
   const SpriteBank& b = s.sprites;
