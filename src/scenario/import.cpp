@@ -2,6 +2,7 @@
 
 #include "document/document_ops.h"
 #include "document/namestore.h"
+#include "jumpmap/jumpmap.h"
 #include "platform/fileio.h"
 #include "scenario/pgformat.h"
 #include "scenario/scenario_text.h"
@@ -33,8 +34,8 @@ bool OpenSource(Session& s, FileSource& f, const std::string& path, const std::s
 }
 
 // Puts the converted map in place of the open one. The objective table and
-// the nation set are not the import's: the table is rebuilt when the jump
-// map loads again, as after a new map.
+// the nation set are not the import's: the table is rebuilt by the jump
+// map's loading, which drops objective types on hexes without an owner.
 void ReplaceDocument(Session& s, Document&& m) {
   Document& d = s.doc;
   d.MapMaxX = m.MapMaxX;
@@ -51,7 +52,8 @@ void ReplaceDocument(Session& s, Document&& m) {
   d.HexContour = std::move(m.HexContour);
   SetScrollRanges(s);
   AfterDocumentReplaced(s);
-  BuildObjList(s);
+  // The jump map is drawn anew; its loading rebuilds the objective table.
+  LoadForm5(s);
   RedrawBuffers(s);
 }
 
