@@ -20,6 +20,8 @@
 
 namespace kv {
 
+struct PatternStoreState;  // autotile/stores.cpp
+
 // The generator behind Rnd: never seeded, the same sequence on every run.
 class RndGen {
  public:
@@ -58,6 +60,8 @@ struct Session {
   SpriteBank sprites;  // sprite sheets, the off-screen buffer and the view surface
   JumpMapState jump;   // Form5: the jump map picture and its settings
   ScenarioState scn;  // the scenario set last imported, until Save As finishes it
+  // Parsed pattern stores and the store folder's health, made on first use.
+  std::shared_ptr<PatternStoreState> patternStores;
 
   Ui& ui() { return *ui_; }
   void SetUi(Ui* ui);

@@ -1,8 +1,10 @@
-// The tile selection engine and the pattern learners, as painting calls them.
+// The tile selection engine and the pattern learners.
 //
-// Until the pattern stores are built there is no engine: every question
-// returns -1 ("nothing to place", the caller keeps its pen) and the learners
-// store nothing. EngineAvailable() says which is the case.
+// The engine reads the pattern stores (autotile/stores.h) and answers with a
+// tile number, or -1 when it has nothing to say; it never writes the map.
+// Callers set the tile argument to -1 before each call. The learners turn a
+// hand-placed tile into a stored pair; they read the hex's surroundings, so
+// painting calls them before the hex changes.
 #pragma once
 
 #include <cstdint>
@@ -11,17 +13,43 @@ namespace kv {
 
 struct Session;
 
+// Always true: the engine is built. Kept for callers that asked before.
 bool EngineAvailable();
-// The tile the stores give for hex (x, y) from its surroundings; r = -1 when
-// they know none.
-void AutoDrawTile(Session& s, int16_t x, int16_t y, int16_t& r);
-// The road tile that fits the sides of hex (x, y); r = -1 when none fits.
-void CheckRoads(Session& s, int16_t x, int16_t y, int16_t& r);
-// Joins the road on hex (x, y) to the roads of its neighbours.
-void ConnectRoads(Session& s, int16_t x, int16_t y);
-// Learners: remember `tile` for the surroundings of hex (x, y), read before
-// the hex changes.
-void NewPattern(Session& s, int16_t x, int16_t y, int16_t tile);
+
+// ---- Reading -----------------------------------------------------------------
+
+// Terrain engine for the pen CurTile: a terrain tile list, the river store, or
+// a list first and the tile pattern store after it. Writes `tile` only when it
+// finds something, or -1 where a stale list was met or a tile is past TileMax.
+void AutoDrawTile(Session& s, int16_t x, int16_t y, int16_t& tile);
+// Road engine: the road store for the hex's present terrain (a river-family
+// hex goes to CheckBridges). Always writes `tile`.
+void CheckRoads(Session& s, int16_t x, int16_t y, int16_t& tile);
+// Bridge store, then the first road tile of terrain 2. Always writes `tile`.
+void CheckBridges(Session& s, int16_t x, int16_t y, int16_t& tile);
+// River store; never a road tile. Always writes `tile`.
+void CheckRivers(Session& s, int16_t x, int16_t y, int16_t& tile);
+// Draw from the list of the terrain group 8, 10, 12; `tile` stays when there
+// is no list.
+void TerrainPattern(Session& s, int16_t x, int16_t y, int16_t& tile);
+// Tile pattern store of the pen's terrain. Always writes `tile`.
+void TilePattern(Session& s, int16_t x, int16_t y, int16_t& tile);
+
+// ---- Learning ----------------------------------------------------------------
+
+// Road outline of `tile` at (x, y): road store, or bridge store when the pen's
+// terrain is 2, 11 or 12. Stores nothing for the key "0-0-0-0-0-0".
 void NewRoadPattern(Session& s, int16_t x, int16_t y, int16_t tile);
+// Dispatches by the tile's terrain: 1 nothing; 2, 11, 12 bridge (road tile)
+// or river; anything else SavePattern.
+void NewPattern(Session& s, int16_t x, int16_t y, int16_t tile);
+void NewBridgePattern(Session& s, int16_t x, int16_t y, int16_t tile);
+void NewRiverPattern(Session& s, int16_t x, int16_t y, int16_t tile);
+// Tile pattern store of the pen's terrain (not the tile's).
+void SavePattern(Session& s, int16_t x, int16_t y, int16_t tile);
+
+// Sets the six side values of hex (x, y) from its tile's row of RoadTable;
+// cities, road ends and ports (5, 6, 14) get all six.
+void ConnectRoads(Session& s, int16_t x, int16_t y);
 
 }  // namespace kv

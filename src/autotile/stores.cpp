@@ -1,0 +1,401 @@
+#include "autotile/stores.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/bytes.h"
+#include "platform/filestamp.h"
+#include "platform/fileio.h"
+#include "platform/textfields.h"
+#include "session.h"
+#include "view/geometry.h"
+
+namespace kv {
+
+// A store file larger than this is not a store file; it is read as empty.
+constexpr uint64_t kMaxStoreFile = 64u << 20;
+
+struct PatternStoreState {
+  bool cacheOn = true;
+  bool problemReported = false;
+  uint64_t hits = 0;
+
+  // A parsed pattern file: for each key, its tiles in file order.
+  struct Pattern {
+    std::unordered_map<std::string, std::vector<int16_t>> byKey;
+  };
+  // A parsed tile list: the record count n and the value of every line.
+  struct List {
+    int32_t n = 0;
+    std::vector<int16_t> lines;
+  };
+  struct Entry {
+    FileStamp stamp;
+    bool settled = false;  // the stamp's times lie safely in the past
+    std::shared_ptr<const Pattern> pattern;
+    std::shared_ptr<const List> list;
+  };
+  std::unordered_map<std::string, Entry> files;
+
+  void Forget(const std::string& path) { files.erase(path); }
+};
+
+namespace {
+
+PatternStoreState& State(Session& s) {
+  if (!s.patternStores) s.patternStores = std::make_shared<PatternStoreState>();
+  return *s.patternStores;
+}
+
+bool ReadWhole(const std::string& path, std::vector<uint8_t>& out) {
+  FileSource src;
+  if (!src.open(path, nullptr)) return false;
+  if (src.size() > kMaxStoreFile) {
+    out.clear();
+    return true;
+  }
+  out.resize(src.size());
+  return src.read(out.data(), out.size());
+}
+
+// Writes a whole small file; false when it cannot be made.
+bool WriteWhole(const std::string& path, std::string_view bytes) {
+  FILE* f = std::fopen(path.c_str(), "wb");
+  if (!f) return false;
+  const bool ok = std::fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size();
+  return std::fclose(f) == 0 && ok;
+}
+
+std::string StoreFolderOf(const Session& s) { return s.App("mapedit"); }
+
+// The value of each line of a tile list (a line ends at CR, LF or CR LF).
+std::vector<int16_t> ListLines(std::span<const uint8_t> b) {
+  std::vector<int16_t> out;
+  size_t i = 0;
+  while (i < b.size()) {
+    size_t j = i;
+    while (j < b.size() && b[j] != '\r' && b[j] != '\n') ++j;
+    out.push_back(PatternTileValue(std::string_view(reinterpret_cast<const char*>(b.data()) + i, j - i)));
+    if (j < b.size() && b[j] == '\r') ++j;
+    if (j < b.size() && b[j] == '\n') ++j;
+    i = j;
+  }
+  return out;
+}
+
+int32_t ListCount(uint64_t len) { return static_cast<int32_t>(std::min<uint64_t>(len / 5, 32767)); }
+
+// r = Int(n * Rnd + 1), in single precision as the generator gives it.
+int32_t DrawRecord(Session& s, int32_t n) {
+  const float v = static_cast<float>(n) * s.Rnd() + 1.0f;
+  return std::clamp(static_cast<int32_t>(std::floor(v)), 1, std::max(n, 1));
+}
+
+// Looks a file up in the cache. Returns the entry when its parse can serve
+// this lookup; otherwise fills `stamp` (so the caller need not stat again) and
+// returns nullptr.
+PatternStoreState::Entry* Cached(PatternStoreState& st, const std::string& path, FileStamp& stamp) {
+  stamp = StampOf(path);
+  if (!st.cacheOn) return nullptr;
+  auto it = st.files.find(path);
+  if (it == st.files.end()) return nullptr;
+  PatternStoreState::Entry& e = it->second;
+  if (!e.settled || !(e.stamp == stamp)) return nullptr;
+  ++st.hits;
+  return &e;
+}
+
+void Remember(PatternStoreState& st, const std::string& path, const FileStamp& stamp,
+              std::shared_ptr<const PatternStoreState::Pattern> pattern,
+              std::shared_ptr<const PatternStoreState::List> list) {
+  if (!st.cacheOn || !stamp.exists) return;
+  PatternStoreState::Entry& e = st.files[path];
+  e.stamp = stamp;
+  e.settled = StampSettled(stamp, FileClockNowNs());
+  e.pattern = std::move(pattern);
+  e.list = std::move(list);
+}
+
+}  // namespace
+
+// ---- Ring and names ---------------------------------------------------------
+
+void RingNeighbour(int x, int y, int p, int& nx, int& ny) {
+  nx = x;
+  ny = y;
+  HexNeighbour(nx, ny, RingSide(p));
+}
+
+std::string PatternMask(const RingOutline& r, bool dashed) {
+  std::string out;
+  out.reserve(11);
+  for (int i = 0; i < 6; ++i) {
+    if (dashed && i) out.push_back('-');
+    out.push_back(r.on[i] ? '1' : '0');
+  }
+  return out;
+}
+
+std::string PatternKey(const RingOutline& r) {
+  std::string out;
+  out.reserve(30);
+  for (int i = 0; i < 6; ++i) {
+    if (i) out.push_back('-');
+    out += std::to_string(r.on[i] ? r.tile[i] : 0);
+  }
+  return out;
+}
+
+std::string SideDigits(const std::array<bool, 6>& match) {
+  std::string out(6, '0');
+  for (int i = 0; i < 6; ++i)
+    if (match[i]) out[i] = static_cast<char>('1' + i);
+  return out;
+}
+
+std::string TerrainNN(int terrain) {
+  char b[16];
+  std::snprintf(b, sizeof b, "%02d", terrain);
+  return b;
+}
+
+std::string TileListPath(const Session& s, int terrain, const std::string& digits) {
+  return s.App("mapedit/t" + TerrainNN(terrain) + "/" + digits + ".txt");
+}
+
+void EnsureFolder(Session& s, const std::string& folder) {
+  std::string dir = folder;
+  while (dir.size() > 1 && (dir.back() == '/' || dir.back() == '\\')) dir.pop_back();
+  if (StampOf(dir).exists) return;
+  // One level only: a missing "mapedit/" stays missing and is reported.
+  std::error_code ec;
+  std::filesystem::create_directory(dir, ec);
+  if (ec || !DirExists(dir)) ReportStoreProblem(s, dir);
+}
+
+// ---- Pattern files ----------------------------------------------------------
+
+std::string_view SeedText(PatternSeed seed) {
+  switch (seed) {
+    case PatternSeed::Search: return "\"-1\"\r\n";
+    case PatternSeed::Plain: return "-1\r\n";
+    case PatternSeed::ZeroPair: return "0-0-0-0-0-0,0\r\n-1\r\n";
+  }
+  return "-1\r\n";
+}
+
+int16_t PatternTileValue(std::string_view tileText) {
+  const double v = RoundHalfEven(Val(std::string(tileText)));
+  return static_cast<int16_t>(std::clamp(v, -32768.0, 32767.0));
+}
+
+void ScanPatternPairs(std::span<const uint8_t> text,
+                      const std::function<bool(const std::string&, const std::string&)>& pair) {
+  FieldReader in(text);
+  for (;;) {
+    if (in.AtEnd()) return;  // a file that lost its sentinel ends here
+    const std::string key = in.Text();
+    if (key == "-1") return;
+    if (in.AtEnd()) return;  // a key without its tile
+    const std::string tile = in.Text();
+    if (!pair(key, tile)) return;
+  }
+}
+
+int16_t FindPatternTile(Session& s, const std::string& path, const std::string& key, bool create,
+                        const TileTest& accept) {
+  PatternStoreState& st = State(s);
+  FileStamp stamp;
+  if (PatternStoreState::Entry* e = Cached(st, path, stamp); e && e->pattern) {
+    auto it = e->pattern->byKey.find(key);
+    if (it == e->pattern->byKey.end()) return -1;
+    for (int16_t t : it->second)
+      if (!accept || accept(t)) return t;
+    return -1;
+  }
+  if (!stamp.exists) {
+    if (!create) return -1;
+    st.Forget(path);
+    if (!WriteWhole(path, SeedText(PatternSeed::Search))) ReportStoreProblem(s, path);
+    return -1;
+  }
+  std::vector<uint8_t> bytes;
+  if (!ReadWhole(path, bytes)) {
+    ReportStoreProblem(s, path);
+    return -1;
+  }
+  int16_t found = -1;
+  if (!st.cacheOn) {
+    // Straight from the file: stop at the first pair that answers.
+    ScanPatternPairs(bytes, [&](const std::string& k, const std::string& t) {
+      if (k != key) return true;
+      const int16_t v = PatternTileValue(t);
+      if (accept && !accept(v)) return true;
+      found = v;
+      return false;
+    });
+    return found;
+  }
+  auto parsed = std::make_shared<PatternStoreState::Pattern>();
+  ScanPatternPairs(bytes, [&](const std::string& k, const std::string& t) {
+    parsed->byKey[k].push_back(PatternTileValue(t));
+    return true;
+  });
+  if (auto it = parsed->byKey.find(key); it != parsed->byKey.end())
+    for (int16_t t : it->second)
+      if (!accept || accept(t)) {
+        found = t;
+        break;
+      }
+  Remember(st, path, stamp, std::move(parsed), nullptr);
+  return found;
+}
+
+void StorePatternPair(Session& s, const std::string& path, const std::string& key, int16_t tile,
+                      PatternSeed seed, const PairDrop& drop) {
+  PatternStoreState& st = State(s);
+  st.Forget(path);
+  std::vector<uint8_t> bytes;
+  if (!FileExists(path)) {
+    const std::string_view seedText = SeedText(seed);
+    if (!WriteWhole(path, seedText)) {
+      ReportStoreProblem(s, path);
+      return;
+    }
+    bytes.assign(seedText.begin(), seedText.end());
+  } else if (!ReadWhole(path, bytes)) {
+    ReportStoreProblem(s, path);
+    return;
+  }
+  const std::string temp = s.App("mapedit/temp.txt");
+  if (FileExists(temp)) RemoveFile(temp);
+  std::string out;
+  out.reserve(bytes.size() + key.size() + 16);
+  ScanPatternPairs(bytes, [&](const std::string& k, const std::string& t) {
+    if (!drop || !drop(k, t)) {
+      out += k;
+      out += ',';
+      out += t;
+      out += "\r\n";
+    }
+    return true;
+  });
+  out += key;
+  out += ',';
+  out += std::to_string(tile);
+  out += "\r\n-1\r\n";
+  if (!WriteWhole(temp, out)) {
+    RemoveFile(temp);
+    ReportStoreProblem(s, temp);
+    return;
+  }
+  // rename() puts the new file in the old one's place in one step.
+  if (std::rename(temp.c_str(), path.c_str()) != 0) {
+    RemoveFile(temp);
+    ReportStoreProblem(s, path);
+    return;
+  }
+  st.Forget(path);
+  st.problemReported = false;  // the stores work (again)
+}
+
+// ---- Tile lists -------------------------------------------------------------
+
+ListPick PickListTile(Session& s, const std::string& path, int16_t& tile, const TileTest& check) {
+  PatternStoreState& st = State(s);
+  FileStamp stamp;
+  std::shared_ptr<const PatternStoreState::List> list;
+  if (PatternStoreState::Entry* e = Cached(st, path, stamp); e && e->list) list = e->list;
+  if (!list) {
+    if (!stamp.exists) return ListPick::Missing;
+    std::vector<uint8_t> bytes;
+    if (!ReadWhole(path, bytes)) {
+      ReportStoreProblem(s, path);
+      return ListPick::Missing;
+    }
+    auto parsed = std::make_shared<PatternStoreState::List>();
+    parsed->n = ListCount(bytes.size());
+    parsed->lines = ListLines(bytes);
+    list = parsed;
+    Remember(st, path, stamp, nullptr, parsed);
+  }
+  const int32_t r = DrawRecord(s, list->n);
+  if (list->n == 0 || list->lines.empty()) return ListPick::Picked;  // nothing to read: tile untouched
+  const int32_t lines = std::min<int32_t>(r, static_cast<int32_t>(list->lines.size()));
+  for (int32_t i = 0; i < lines; ++i)
+    if (check && !check(list->lines[i])) return ListPick::Rejected;
+  tile = list->lines[lines - 1];
+  return ListPick::Picked;
+}
+
+void DeleteStoreFile(Session& s, const std::string& path) {
+  State(s).Forget(path);
+  RemoveFile(path);
+}
+
+// ---- One-byte-a-tile files --------------------------------------------------
+
+void ReadTileBytes(Session&, const std::string& path, int64_t offset, uint8_t* out, size_t n) {
+  std::fill(out, out + n, uint8_t{0});
+  if (offset < 0) return;
+  FILE* f = std::fopen(path.c_str(), "rb");
+  if (!f) return;
+  if (std::fseek(f, static_cast<long>(offset), SEEK_SET) == 0) {
+    const size_t got = std::fread(out, 1, n, f);
+    std::fill(out + got, out + n, uint8_t{0});
+  }
+  std::fclose(f);
+}
+
+uint8_t ReadTileByte(Session& s, const std::string& path, int64_t offset) {
+  uint8_t b = 0;
+  ReadTileBytes(s, path, offset, &b, 1);
+  return b;
+}
+
+bool WriteTileBytes(Session& s, const std::string& path, int64_t offset, const uint8_t* data, size_t n) {
+  if (offset < 0) return false;
+  FILE* f = std::fopen(path.c_str(), "r+b");
+  if (!f) f = std::fopen(path.c_str(), "w+b");
+  if (!f) {
+    ReportStoreProblem(s, path);
+    return false;
+  }
+  bool ok = std::fseek(f, 0, SEEK_END) == 0;
+  const long len = ok ? std::ftell(f) : 0;
+  // A write past the end fills the gap with zeros.
+  for (long i = len; ok && i < offset; ++i) ok = std::fputc(0, f) != EOF;
+  ok = ok && std::fseek(f, static_cast<long>(offset), SEEK_SET) == 0 && std::fwrite(data, 1, n, f) == n;
+  ok = (std::fclose(f) == 0) && ok;
+  if (!ok) ReportStoreProblem(s, path);
+  return ok;
+}
+
+// ---- Store health and the cache ---------------------------------------------
+
+void ReportStoreProblem(Session& s, const std::string& path) {
+  PatternStoreState& st = State(s);
+  if (st.problemReported) return;
+  st.problemReported = true;
+  s.MsgBox("The pattern store folder " + StoreFolderOf(s) +
+               " cannot be read or written; tiles are neither chosen nor learned from it (" + path + ").",
+           0);
+}
+
+void ResetStoreProblem(Session& s) { State(s).problemReported = false; }
+bool StoreProblemReported(Session& s) { return State(s).problemReported; }
+
+void SetStoreCache(Session& s, bool on) {
+  PatternStoreState& st = State(s);
+  st.cacheOn = on;
+  if (!on) st.files.clear();
+}
+
+uint64_t StoreCacheHits(Session& s) { return State(s).hits; }
+
+}  // namespace kv
