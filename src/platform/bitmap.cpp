@@ -125,16 +125,46 @@ bool ClipCopy(int dw, int dh, const Bitmap* src, int& dx, int& dy, int& w, int& 
   return true;
 }
 
+// AND and OR a row at a time, 16 pixels a step through vector words (plain
+// -O2 does not vectorise the simple loop), then the rest one by one.
+#if defined(__GNUC__)
+using Vec4 = uint32_t __attribute__((vector_size(16)));
+template <bool And>
+inline void CombineRow(uint32_t* d, const uint32_t* s, int n) {
+  int i = 0;
+  for (; i + 16 <= n; i += 16) {
+    Vec4 a[4], b[4];
+    std::memcpy(a, d + i, sizeof a);
+    std::memcpy(b, s + i, sizeof b);
+    for (int k = 0; k < 4; ++k) a[k] = And ? (a[k] & b[k]) : (a[k] | b[k]);
+    std::memcpy(d + i, a, sizeof a);
+  }
+  for (; i + 4 <= n; i += 4) {
+    Vec4 a, b;
+    std::memcpy(&a, d + i, sizeof a);
+    std::memcpy(&b, s + i, sizeof b);
+    a = And ? (a & b) : (a | b);
+    std::memcpy(d + i, &a, sizeof a);
+  }
+  for (; i < n; ++i) d[i] = And ? (d[i] & s[i]) : (d[i] | s[i]);
+}
+#else
+template <bool And>
+inline void CombineRow(uint32_t* d, const uint32_t* s, int n) {
+  for (int i = 0; i < n; ++i) d[i] = And ? (d[i] & s[i]) : (d[i] | s[i]);
+}
+#endif
+
 inline void RowOp(uint32_t* d, const uint32_t* s, int n, uint32_t rop) {
   switch (rop) {
     case SRCCOPY:
       std::memmove(d, s, static_cast<size_t>(n) * 4);
       break;
     case SRCAND:
-      for (int i = 0; i < n; ++i) d[i] &= s[i];
+      CombineRow<true>(d, s, n);
       break;
     case SRCPAINT:
-      for (int i = 0; i < n; ++i) d[i] |= s[i];
+      CombineRow<false>(d, s, n);
       break;
     default:
       break;
@@ -174,7 +204,20 @@ void BitBlt(Bitmap& dst, int dx, int dy, int w, int h, const Bitmap* src, int sx
       return;
     }
   }
-  for (int r = 0; r < h; ++r) RowOp(dst.Row(dy + r) + dx, src->Row(sy + r) + sx, w, rop);
+  uint32_t* d = dst.Row(dy) + dx;
+  const uint32_t* sp = src->Row(sy) + sx;
+  const size_t ds = static_cast<size_t>(dst.Width()), ss = static_cast<size_t>(src->Width());
+  switch (rop) {
+    case SRCCOPY:
+      for (int r = 0; r < h; ++r, d += ds, sp += ss) std::memcpy(d, sp, static_cast<size_t>(w) * 4);
+      break;
+    case SRCAND:
+      for (int r = 0; r < h; ++r, d += ds, sp += ss) CombineRow<true>(d, sp, w);
+      break;
+    default:
+      for (int r = 0; r < h; ++r, d += ds, sp += ss) CombineRow<false>(d, sp, w);
+      break;
+  }
 }
 
 void StretchBlt(Bitmap& dst, int dx, int dy, int dw, int dh, const Bitmap& src, int sx, int sy,
