@@ -20,7 +20,9 @@ int CmdImport(const Options& o);  // import SET OUT.map
 int CmdScript(const Options& o);
 int CmdCheck(const Options& o);     // check MAP: verification and every road and control fault
 int CmdLandmass(const Options& o);  // landmass MAP: number the bodies, then save
-int CmdAi(const Options& o);        // ai MAP: build the AI tables, then save
+int CmdAi(const Options& o);
+int CmdRender(const Options& o);   // render MAP OUT [--x X --y Y --w W --h H]
+int CmdJumpmap(const Options& o);  // jumpmap MAP OUT        // ai MAP: build the AI tables, then save
 
 // The program folder for a command, or "" after printing why not.
 std::string AppFolder(const Options& o);

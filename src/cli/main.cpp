@@ -18,7 +18,10 @@ const char* kUsage =
     "  script FILE     run an automation script on the editor's forms (FILE may be -)\n"
     "  check MAP       verify the hex data, then list every road and control fault (status 1 if any)\n"
     "  landmass MAP    number the separate land and water bodies, then save\n"
-    "  ai MAP          build the AI tables (the .ai file beside the map), then save\n";
+    "  ai MAP          build the AI tables (the .ai file beside the map), then save\n"
+    "  render MAP OUT [--x X --y Y --w W --h H]\n"
+    "                  columns X..X+W and rows Y..Y+H as a picture (.bmp or .png); default the whole map\n"
+    "  jumpmap MAP OUT the jump map picture (.bmp or .png)\n";
 
 struct Command {
   const char* name;
@@ -33,6 +36,8 @@ const Command kCommands[] = {
     {"check", kv::cli::CmdCheck, 1},
     {"landmass", kv::cli::CmdLandmass, 1},
     {"ai", kv::cli::CmdAi, 1},
+    {"render", kv::cli::CmdRender, 2},
+    {"jumpmap", kv::cli::CmdJumpmap, 2},
 };
 
 }  // namespace

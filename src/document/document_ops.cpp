@@ -2,6 +2,7 @@
 
 #include "autotile/random.h"
 #include "document/namestore.h"
+#include "jumpmap/jumpmap.h"
 #include "platform/fileio.h"
 #include "session.h"
 #include "view/geometry.h"
@@ -97,9 +98,9 @@ void NewMap(Session& s) {
       d.HexElev(x, y) = 127;
     }
   AfterDocumentReplaced(s);
-  // The jump map is built again when its window next loads, which empties the
-  // objective table of the blank map.
-  BuildObjList(s);
+  // The jump map window is loaded again (hidden) and draws the new map; its
+  // load empties the objective table of the blank map.
+  LoadForm5(s);
   SetScrollRanges(s);
   RedrawBuffers(s);
 }

@@ -7,6 +7,7 @@
 #include "refdata/nations.h"
 #include "session.h"
 #include "view/geometry.h"
+#include "jumpmap/jumpmap.h"
 #include "view/render_api.h"
 
 namespace kv {
@@ -79,6 +80,7 @@ bool LoadMap(Session& s) {
     BuildObjList(s);
     s.forms.Form5Loaded = false;
     s.ui().UnloadForm("Form5");
+    LoadForm5(s);  // drawn again at once
     return true;
   }
   // Elevations from the side file, or level ground.

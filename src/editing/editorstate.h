@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "editing/formstate.h"
+
 namespace kv {
 
 struct Session;
@@ -33,6 +35,7 @@ struct Form1Controls {
   std::string mShowRoadControlCaption = "Show Road Control = TRUE";
   std::string mDefaultAreaCaption = "Default Area (Screen)";
   bool HexControlOnChecked = false, HexControlOFFChecked = true;
+  bool mGridChecked = false;
 };
 
 // The file dialog's shared settings and the state of its controls.
@@ -63,7 +66,12 @@ struct EditorHooks {
   std::function<void(Session&, int16_t, int16_t)> AreaHex;       // control form's area painting
   std::function<void(Session&, int16_t, int16_t)> LoadAITable;   // objective path view
   std::function<void(Session&)> ClearTilePickerDrawing;
-  std::function<void(Session&, const std::string&)> ShowForm;    // "Form2", "Form3", "Form5", "Form8"
+  // "Form2", "Form3", "Form5", "Form8", "Form9", "Form10", "Form12", and the
+  // tile data screens "Form11", "Form13", "Form14".
+  std::function<void(Session&, const std::string&)> ShowForm;
+  // An open tile data screen ("Form11", "Form13", "Form14") shows the data of
+  // the new pen.
+  std::function<void(Session&, const std::string&)> TileDataGetStuff;
 };
 
 struct EditorState {
@@ -71,6 +79,10 @@ struct EditorState {
   DialogState dlg;
   Form6State f6;
   EditorHooks hooks;
+  TilePickerState picker;   // Form2, Form12
+  ControlFormState f3;      // Form3
+  GridFormState f10;        // Form10
+  ExportFormState f9;       // Form9
 };
 
 }  // namespace kv

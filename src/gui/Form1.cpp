@@ -15,10 +15,19 @@
 #include "document/clipboard.h"
 #include "document/filemenu.h"
 #include "document/startup.h"
+#include "editing/controlform.h"
 #include "editing/editing.h"
+#include "gui/Form10.h"
+#include "gui/Form12.h"
+#include "gui/Form2.h"
+#include "gui/Form3.h"
+#include "gui/Form5.h"
 #include "gui/Form6.h"
+#include "gui/Form8.h"
+#include "gui/Form9.h"
 #include "gui/LoadSave.h"
 #include "gui/PictureBox.h"
+#include "jumpmap/mapimage.h"
 #include "platform/bitmap.h"
 #include "view/render_api.h"
 #include "view/scrolling.h"
@@ -72,16 +81,16 @@ const MenuEntry kMenu[] = {
     {"menu_hexsides", "Hex Sides", 0, true},
     {"mHexSides", "&Hexsides on", 1, true},
     {"HexControl", "Hex Control", 0, true},
-    {"HexControlOn", "Hex Control ON", 1, false},
-    {"HexControlOFF", "Hex Control OFF", 1, false},
+    {"HexControlOn", "Hex Control ON", 1, true},
+    {"HexControlOFF", "Hex Control OFF", 1, true},
     {"mDefaultHC", "Set Hex Control (Screen Area)", 1, false},
     {"mRoadsOnly", "Set Roads ONLY", 1, false},
-    {"mOriginalOwner", "Set Original Owner to Current Owner", 1, false},
+    {"mOriginalOwner", "Set Original Owner to Current Owner", 1, true},
     {"menu_options", "Options", 0, true},
     {"Background", "&Background Bitmap", 1, false, false},
     {"mDefaultArea", "Default Area (Screen)", 1, true},
     {"doroads", "Fill in Possible Road connections", 1, false},
-    {"mGrid", "Grid Lines", 1, false},
+    {"mGrid", "Grid Lines", 1, true},
     {"MemorizeRoads", "Memorize Road Tile Patterns", 1, false},
     {"MemoriseRivers", "Memorise River Tile Patterns", 1, false},
     {"mMountains", "Memorise Mountain Patterns", 1, false},
@@ -91,14 +100,14 @@ const MenuEntry kMenu[] = {
     {"mNextUnconnected", "Find connection/control problems", 2, false},
     {"mShowRoadControl", "Show Road Control = TRUE", 2, true},
     {"mRndWoods", "Scattered Woods", 1, false},
-    {"mGridSet", "Set Grid Dimensions", 1, false},
+    {"mGridSet", "Set Grid Dimensions", 1, true},
     {"menu_LandMass", "Determine Separate Land Masses", 1, false},
     {"BuildAITables", "Build AI Tables", 1, false, false},
     {"VerifyHexData", "Verify Hex Data", 1, false},
     {"StrategicMap", "Strategic Map", 0, true},
-    {"StrategicShow", "Show", 1, false},
-    {"StrategicHide", "Hide", 1, false},
-    {"helpscreen", "Help", 0, false},
+    {"StrategicShow", "Show", 1, true},
+    {"StrategicHide", "Hide", 1, true},
+    {"helpscreen", "Help", 0, true},
 };
 
 // Key codes of the window system for the keys the editor uses.
@@ -161,6 +170,13 @@ Form1::Form1(std::string appPath, QWidget* parent) : QMainWindow(parent) {
   ui_.onChanged = [this](const std::string& what) { OnChanged(what); };
   ui_.onUnload = [this](const std::string& form) { OnUnload(form); };
   session_ = std::make_unique<Session>(std::move(appPath), &ui_);
+  EditorHooks& hooks = session_->ed.hooks;
+  hooks.ShowForm = [this](Session&, const std::string& form) { ShowForm(form); };
+  hooks.ExportMapImage = [this](Session&) { ExportMapImage(); };
+  hooks.DrawJumpBox = [this](Session&) { DrawJumpBox(); };
+  hooks.ClearTilePickerDrawing = [this](Session&) {
+    if (form2_) form2_->SyncControls();
+  };
   setWindowTitle(QStringLiteral("Form1"));
   BuildControls();
   BuildMenu();
@@ -252,7 +268,6 @@ void Form1::BuildControls() {
   connect(Command7_, &QPushButton::clicked, this, &Form1::Command7_Click);
   connect(Command8_, &QPushButton::clicked, this, &Form1::Command8_Click);
   connect(Command9_, &QPushButton::clicked, this, &Form1::Command9_Click);
-  Command3_->setEnabled(false);  // the tile picker is not built yet
   // What the user types goes into the session at once.
   auto track = [this](QLineEdit* e, std::string* target) {
     connect(e, &QLineEdit::textEdited, this, [target](const QString& t) { *target = S(t); });
@@ -294,7 +309,7 @@ void Form1::BuildMenu() {
     action->setEnabled(m.enabled);
     action->setVisible(m.visible);
   }
-  for (const char* n : {"mRandom", "mHexSides", "HexControlOn", "HexControlOFF"})
+  for (const char* n : {"mRandom", "mHexSides", "HexControlOn", "HexControlOFF", "mGrid"})
     if (auto* a = findChild<QAction*>(QString::fromLatin1(n))) a->setCheckable(true);
 }
 
@@ -351,6 +366,8 @@ bool Form1::Form_Load() {
   loaded_ = true;
   ShowPicture2();
   SyncControls();
+  // The tile picker is shown at start and stays loaded.
+  ShowForm("Form2");
   return true;
 }
 
@@ -386,6 +403,8 @@ void Form1::Form_Unload() {
   if (unloaded_) return;
   unloaded_ = true;
   // Other forms first, then the name store; the sprite bank goes with the session.
+  for (QWidget* w : std::initializer_list<QWidget*>{form2_, form3_, form5_, form8_, form9_, form10_, form12_})
+    if (w) delete w;
   for (QWidget* w : {static_cast<QWidget*>(form6_.data()), static_cast<QWidget*>(loadSave_.data())})
     if (w) w->close();
   session_->ed.f6.Loaded = false;
@@ -442,6 +461,7 @@ void Form1::SyncControls() {
   action("mDefaultArea")->setText(Q(f.mDefaultAreaCaption));
   action("HexControlOn")->setChecked(f.HexControlOnChecked);
   action("HexControlOFF")->setChecked(f.HexControlOFFChecked);
+  action("mGrid")->setChecked(f.mGridChecked);
   SetBar(HScroll1_, s.view.HScroll1);
   SetBar(VScroll1_, s.view.VScroll1);
   const bool busy = s.forms.MousePointer == vbHourglass;
@@ -481,6 +501,15 @@ void Form1::OnChanged(const std::string& what) {
       d->SyncControls();
       if (what == "LoadSave.Hide") d->hide();
     }
+  } else if (what.rfind("Form5", 0) == 0) {
+    if (form5_) {
+      form5_->Refresh();
+    } else if (session_->forms.Form5Loaded) {
+      // Drawing loaded the jump map: its window follows, hidden.
+      QMetaObject::invokeMethod(this, [this]() {
+        if (loaded_ && !unloaded_ && !form5_ && session_->forms.Form5Loaded) FormByName(QStringLiteral("Form5"));
+      }, Qt::QueuedConnection);
+    }
   } else if (what.rfind("Form6", 0) == 0) {
     if (form6_) form6_->SyncControls();
   } else {
@@ -493,6 +522,22 @@ void Form1::OnUnload(const std::string& form) {
     loadSave_->hide();
     loadSave_->deleteLater();
     loadSave_ = nullptr;
+  } else if (form == "Form3" && form3_) {
+    form3_->close();
+  } else if (form == "Form5") {
+    if (form5_) form5_->close();
+    // The jump map is built again, hidden, once the new document is in place.
+    QMetaObject::invokeMethod(this, [this]() { if (loaded_ && !unloaded_) DrawStrategicMapHidden(); },
+                              Qt::QueuedConnection);
+  } else if (form == "Form9" && form9_) {
+    form9_->hide();
+    form9_->deleteLater();
+    form9_ = nullptr;
+  } else if (form == "Form10" && form10_) {
+    form10_->done(0);
+    form10_->hide();
+    form10_->deleteLater();
+    form10_ = nullptr;
   } else if (form == "Form6" && form6_) {
     form6_->done(0);
     form6_->hide();
@@ -511,6 +556,20 @@ VbForm* Form1::FormByName(const QString& name, bool create) {
     if (!form6_ && create) form6_ = new Form6(*session_, this);
     return form6_.data();
   }
+  // The default instance of a form is made, and loaded, on first use.
+  auto get = [&](const char* n, auto& ptr) -> bool {
+    if (name.compare(QString::fromLatin1(n), Qt::CaseInsensitive) != 0) return false;
+    using F = std::remove_pointer_t<decltype(ptr.data())>;
+    if (!ptr && create) ptr = new F(*session_, this);
+    return true;
+  };
+  if (get("Form2", form2_)) return form2_.data();
+  if (get("Form3", form3_)) return form3_.data();
+  if (get("Form5", form5_)) return form5_.data();
+  if (get("Form8", form8_)) return form8_.data();
+  if (get("Form9", form9_)) return form9_.data();
+  if (get("Form10", form10_)) return form10_.data();
+  if (get("Form12", form12_)) return form12_.data();
   return nullptr;
 }
 
@@ -628,5 +687,65 @@ void Form1::mHexSides_Click() { kv::mHexSides_Click(*session_); SyncControls(); 
 void Form1::mShowRoadControl_Click() { kv::mShowRoadControl_Click(*session_); SyncControls(); }
 void Form1::mDefaultArea_Click() { kv::mDefaultArea_Click(*session_); SyncControls(); }
 void Form1::mRandom_Click() { kv::mRandom_Click(*session_); SyncControls(); }
+void Form1::HexControlOn_Click() { kv::HexControlOn_Click(*session_); SyncControls(); }
+void Form1::HexControlOFF_Click() { kv::HexControlOFF_Click(*session_); SyncControls(); }
+void Form1::mOriginalOwner_Click() { kv::mOriginalOwner_Click(*session_); }
+void Form1::Obj_on_Click() { kv::Obj_on_Click(*session_); }
+void Form1::Obj_off_Click() { kv::Obj_off_Click(*session_); }
+void Form1::mGrid_Click() { kv::mGrid_Click(*session_); SyncControls(); }
+void Form1::mGridSet_Click() { kv::mGridSet_Click(*session_); }
+void Form1::helpscreen_Click() { kv::helpscreen_Click(*session_); }
+void Form1::StrategicShow_Click() {
+  ShowForm("Form5");
+  DrawJumpBox();
+}
+void Form1::StrategicHide_Click() {
+  if (form5_) form5_->close();
+}
+
+void Form1::ShowForm(const std::string& name) {
+  const QString n = QString::fromStdString(name);
+  VbForm* form = FormByName(n);
+  if (!form) return;  // a screen this editor does not have yet (the tile data screens)
+  QWidget* w = form->formWidget();
+  form->SyncControls();
+  if (auto* dlg = qobject_cast<QDialog*>(w)) {
+    // Modal; a script goes on while it is open.
+    if (Script().active) {
+      dlg->show();
+    } else {
+      dlg->exec();
+    }
+    return;
+  }
+  w->show();
+  if (!Script().active) {
+    w->raise();
+    w->activateWindow();
+  }
+}
+
+// Key F6: the size dialog first; the picture is made when it closes.
+void Form1::ExportMapImage() {
+  auto* f = static_cast<Form9*>(FormByName(QStringLiteral("Form9")));
+  f->afterUnload = [this]() {
+    kv::ExportMapImage(*session_);
+    SyncControls();
+  };
+  ShowForm("Form9");
+}
+
+// The jump map exists implicitly: drawing its box loads it, hidden.
+void Form1::DrawJumpBox() {
+  auto* f = static_cast<Form5*>(FormByName(QStringLiteral("Form5")));
+  f->DrawJumpBox();
+}
+
+void Form1::DrawStrategicMapHidden() {
+  if (form5_)
+    form5_->Redraw();
+  else
+    FormByName(QStringLiteral("Form5"));  // its load draws the map
+}
 
 }  // namespace kv::gui

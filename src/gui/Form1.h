@@ -23,7 +23,14 @@ namespace kv::gui {
 
 class PictureBox;
 class LoadSave;
+class Form2;
+class Form3;
+class Form5;
 class Form6;
+class Form8;
+class Form9;
+class Form10;
+class Form12;
 
 class Form1 : public QMainWindow, public VbForm {
   Q_OBJECT
@@ -81,6 +88,16 @@ class Form1 : public QMainWindow, public VbForm {
   Q_INVOKABLE void mShowRoadControl_Click();
   Q_INVOKABLE void mDefaultArea_Click();
   Q_INVOKABLE void mRandom_Click();
+  Q_INVOKABLE void HexControlOn_Click();
+  Q_INVOKABLE void HexControlOFF_Click();
+  Q_INVOKABLE void mOriginalOwner_Click();
+  Q_INVOKABLE void Obj_on_Click();
+  Q_INVOKABLE void Obj_off_Click();
+  Q_INVOKABLE void mGrid_Click();
+  Q_INVOKABLE void mGridSet_Click();
+  Q_INVOKABLE void helpscreen_Click();
+  Q_INVOKABLE void StrategicShow_Click();
+  Q_INVOKABLE void StrategicHide_Click();
 
  protected:
   bool eventFilter(QObject* obj, QEvent* ev) override;
@@ -94,6 +111,11 @@ class Form1 : public QMainWindow, public VbForm {
   void OnChanged(const std::string& what);
   void OnUnload(const std::string& form);
   void ShowPicture2();
+  // Shows a form by name as the core asks (modal ones without waiting in a script).
+  void ShowForm(const std::string& name);
+  void ExportMapImage();
+  void DrawJumpBox();
+  void DrawStrategicMapHidden();
   QtUi ui_;
   std::unique_ptr<Session> session_;
   MainLayout layout_;
@@ -113,6 +135,13 @@ class Form1 : public QMainWindow, public VbForm {
   QScrollBar *HScroll1_ = nullptr, *VScroll1_ = nullptr;
   QPointer<LoadSave> loadSave_;
   QPointer<Form6> form6_;
+  QPointer<Form2> form2_;
+  QPointer<Form3> form3_;
+  QPointer<Form5> form5_;
+  QPointer<Form8> form8_;
+  QPointer<Form9> form9_;
+  QPointer<Form10> form10_;
+  QPointer<Form12> form12_;
 };
 
 }  // namespace kv::gui

@@ -58,7 +58,7 @@ TEST(CliImport, WritesTheMapItsSideFilesAndTheScenario) {
   EXPECT_EQ(oob.rfind("* number of sequences or sides\r2\r\n* sequence/side names\rAvaria\r\nBelmont\r\n", 0), 0u);
   EXPECT_NE(oob.find("Light Tank          ,3,2,10,0,1,1,1,0,0,0,0\r\n"), std::string::npos);
   EXPECT_NE(oob.find("Rifles              ,4,1,10,0,2,2,0,0,0,0,0\r\n"), std::string::npos);
-  EXPECT_EQ(oob.substr(oob.size() - 3), "\r\n1");
+  EXPECT_EQ(oob.substr(oob.size() - 25), "* first turn multiplier\r1");  // no line end after the 1
   EXPECT_FALSE(kv::FileExists(c.app / "game015.oob"));  // moved beside the map
   // A map of 6 x 4 hexes: the set's 5 columns and the extra one.
   EXPECT_EQ(kv::FileLen(c.work / "front.lev"), 24);

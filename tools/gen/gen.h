@@ -1,0 +1,49 @@
+// The generator of the default program folder: the catalogues it reads and
+// the pictures and tables it makes from them.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/bitmap.h"
+
+namespace kvgen {
+
+// One line of tools/data/tiles.txt.
+struct TileDef {
+  int tile = 0;
+  int terrain = 0;
+  std::string art;      // plain, edge, massif
+  std::string pattern;  // six ring digits, or "" when the tile is in no list
+  std::vector<int> road;   // sides the road leaves by
+  std::vector<int> river;  // sides the river leaves by
+  int rnd = 0;
+  std::string note;
+};
+
+// One line of tools/data/nations.txt.
+struct NationDef {
+  std::string name;
+  int number = 0;
+  std::string design;
+  std::array<uint32_t, 3> colour{};
+};
+
+bool ReadCatalogue(const std::string& path, std::vector<TileDef>& out, std::string* err);
+bool ReadNationDefs(const std::string& path, std::vector<NationDef>& out, std::string* err);
+
+// Whether the tile's road sides go into roadinfo.dat: city, road-end and port
+// tiles draw their streets but are connected by their terrain.
+bool RoadInfoCarries(const TileDef& t);
+
+// The tile sheet: 16 x 16 cells, tile t at ((t % 16) * 60, (t / 16) * 50).
+void PaintTileSheet(const std::vector<TileDef>& tiles, kv::Bitmap& sheet);
+
+// The sprite sheets under bmp/ and the flags under flags/.
+bool WriteSprites(const std::string& bmpDir, std::string* err);
+void DrawFlag(const NationDef& n, kv::Bitmap& out, int w, int h);
+void DrawBlankFlag(kv::Bitmap& out, int w, int h);
+
+}  // namespace kvgen
