@@ -12,6 +12,9 @@
 #include <QScreen>
 #include <QScrollBar>
 
+#include "analysis/aitables.h"
+#include "analysis/landmass.h"
+#include "analysis/roadcheck.h"
 #include "document/clipboard.h"
 #include "document/filemenu.h"
 #include "document/startup.h"
@@ -83,8 +86,8 @@ const MenuEntry kMenu[] = {
     {"HexControl", "Hex Control", 0, true},
     {"HexControlOn", "Hex Control ON", 1, true},
     {"HexControlOFF", "Hex Control OFF", 1, true},
-    {"mDefaultHC", "Set Hex Control (Screen Area)", 1, false},
-    {"mRoadsOnly", "Set Roads ONLY", 1, false},
+    {"mDefaultHC", "Set Hex Control (Screen Area)", 1, true},
+    {"mRoadsOnly", "Set Roads ONLY", 1, true},
     {"mOriginalOwner", "Set Original Owner to Current Owner", 1, true},
     {"menu_options", "Options", 0, true},
     {"Background", "&Background Bitmap", 1, false, false},
@@ -96,14 +99,14 @@ const MenuEntry kMenu[] = {
     {"mMountains", "Memorise Mountain Patterns", 1, false},
     {"mRedoTerrain", "Rebuild Terrain based on Tiles", 1, false},
     {"mRoadStuff", "Road Stuff", 1, true},
-    {"mCountRoad", "Count road hexes", 2, false},
-    {"mNextUnconnected", "Find connection/control problems", 2, false},
+    {"mCountRoad", "Count road hexes", 2, true},
+    {"mNextUnconnected", "Find connection/control problems", 2, true},
     {"mShowRoadControl", "Show Road Control = TRUE", 2, true},
     {"mRndWoods", "Scattered Woods", 1, false},
     {"mGridSet", "Set Grid Dimensions", 1, true},
-    {"menu_LandMass", "Determine Separate Land Masses", 1, false},
+    {"menu_LandMass", "Determine Separate Land Masses", 1, true},
     {"BuildAITables", "Build AI Tables", 1, false, false},
-    {"VerifyHexData", "Verify Hex Data", 1, false},
+    {"VerifyHexData", "Verify Hex Data", 1, true},
     {"StrategicMap", "Strategic Map", 0, true},
     {"StrategicShow", "Show", 1, true},
     {"StrategicHide", "Hide", 1, true},
@@ -695,6 +698,15 @@ void Form1::Obj_off_Click() { kv::Obj_off_Click(*session_); }
 void Form1::mGrid_Click() { kv::mGrid_Click(*session_); SyncControls(); }
 void Form1::mGridSet_Click() { kv::mGridSet_Click(*session_); }
 void Form1::helpscreen_Click() { kv::helpscreen_Click(*session_); }
+// The analysis commands of the Options menu; each may move the view or redraw
+// hexes, so the controls and the picture follow.
+void Form1::mCountRoad_Click() { kv::mCountRoad_Click(*session_); SyncControls(); }
+void Form1::mNextUnconnected_Click() { kv::mNextUnconnected_Click(*session_); SyncControls(); }
+void Form1::menu_LandMass_Click() { kv::menu_LandMass_Click(*session_); SyncControls(); }
+void Form1::VerifyHexData_Click() { kv::VerifyHexData_Click(*session_); SyncControls(); }
+void Form1::mDefaultHC_Click() { kv::mDefaultHC_Click(*session_); SyncControls(); }
+void Form1::mRoadsOnly_Click() { kv::mRoadsOnly_Click(*session_); SyncControls(); }
+void Form1::BuildAITables_Click() { kv::BuildAITables_Click(*session_); SyncControls(); }
 void Form1::StrategicShow_Click() {
   ShowForm("Form5");
   DrawJumpBox();

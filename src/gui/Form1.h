@@ -98,6 +98,13 @@ class Form1 : public QMainWindow, public VbForm {
   Q_INVOKABLE void helpscreen_Click();
   Q_INVOKABLE void StrategicShow_Click();
   Q_INVOKABLE void StrategicHide_Click();
+  Q_INVOKABLE void mCountRoad_Click();
+  Q_INVOKABLE void mNextUnconnected_Click();
+  Q_INVOKABLE void menu_LandMass_Click();
+  Q_INVOKABLE void VerifyHexData_Click();
+  Q_INVOKABLE void mDefaultHC_Click();
+  Q_INVOKABLE void mRoadsOnly_Click();
+  Q_INVOKABLE void BuildAITables_Click();
 
  protected:
   bool eventFilter(QObject* obj, QEvent* ev) override;

@@ -238,3 +238,39 @@ TEST(Form1Script, PaintedAndSavedMapEqualsTheCoreEditsByteForByte) {
   EXPECT_EQ(kvtest::ReadBytes(w.maps / "scripted.lev"), kvtest::ReadBytes(w.maps / "core.lev"));
   EXPECT_EQ(kvtest::ReadBytes(w.app / "copybuff.dat").size(), 4u + 2 * 6);
 }
+
+TEST(Form1Menu, AnalysisCommandsWorkOnTheOpenMap) {
+  Window w(800, 600);
+  Session& s = w.f->session();
+  auto act = [&](const char* n) { return w.f->findChild<QAction*>(n); };
+  for (const char* n : {"mCountRoad", "mNextUnconnected", "menu_LandMass", "VerifyHexData", "mDefaultHC", "mRoadsOnly"})
+    EXPECT_TRUE(act(n)->isEnabled()) << n;
+
+  // An island of mountains and a lone road hex whose ends lead nowhere.
+  std::string out;
+  ASSERT_EQ(w.Run("CurTile = 3\nclickhex 3 3\nclickhex 3 4\nCurTile = 1\nclickhex 12 8\n", &out), 0) << out;
+  s.doc.HexInfo(12, 8, 1) = s.doc.HexInfo(12, 8, 4) = 1;
+  for (int x = 0; x <= s.doc.MapMaxX; ++x)  // the rest is sea
+    for (int y = 0; y <= s.doc.MapMaxY; ++y)
+      if ((x != 3 || (y != 3 && y != 4)) && (x != 12 || y != 8)) s.doc.HexInfo(x, y, 0) = 0;
+  ASSERT_EQ(s.view.ViewX, 0);
+
+  act("menu_LandMass")->trigger();
+  const int island = s.doc.HexLandMass(3, 3);
+  EXPECT_GT(island, 0);
+  EXPECT_EQ(s.doc.HexLandMass(3, 4), island);
+  EXPECT_NE(s.doc.HexLandMass(0, 0), island);
+  EXPECT_NE(s.doc.HexLandMass(12, 8), island);  // across the sea
+
+  // The fault finder cuts the dangling road sides and brings the hex to the
+  // middle of the view.
+  act("mNextUnconnected")->trigger();
+  EXPECT_EQ(s.doc.HexInfo(12, 8, 1), 0);
+  EXPECT_EQ(s.view.ViewX, 12 - s.view.ViewCols / 2);
+  EXPECT_EQ(w.Child<QScrollBar>("HScroll1")->value(), s.view.ViewX);
+
+  // A tile number beyond the sheet is put right by the verification.
+  s.doc.HexTile(5, 5) = static_cast<int16_t>(s.ref.TileMax + 1);
+  act("VerifyHexData")->trigger();
+  EXPECT_EQ(s.doc.HexTile(5, 5), 0);
+}
