@@ -61,6 +61,31 @@ TEST(Bitmap, MaskThenSpritePaintsOnlyTheSprite) {
   EXPECT_EQ(dst.GetPixel(2, 0), 0xA0B0C0u);
 }
 
+TEST(Bitmap, MaskedCopyEqualsTheTwoCopiesWhereverItClips) {
+  // Random-looking masks and sprites of different sizes, placed across every
+  // edge of the destination and of both sources.
+  Bitmap mask = Numbered(23, 9), sprite = Numbered(19, 12);
+  for (int y = 0; y < mask.Height(); ++y)
+    for (int x = 0; x < mask.Width(); ++x) mask.SetPixel(x, y, ((x * 7 + y * 3) % 5) ? 0xFFFFFFu : 0u);
+  for (int y = 0; y < sprite.Height(); ++y)
+    for (int x = 0; x < sprite.Width(); ++x) sprite.SetPixel(x, y, ((x * 5 + y) % 3) ? 0u : Num(x, y) * 97u);
+  const Bitmap start = Numbered(31, 17);
+  int differentClips = 0;
+  for (int dx = -25; dx <= 30; dx += 5)
+    for (int dy = -11; dy <= 16; dy += 3)
+      for (int sx : {-3, 0, 4})
+        for (int my : {-2, 0, 3})
+          for (int w : {1, 8, 17, 40}) {
+            Bitmap fused = start, twice = start;
+            MaskedBlt(fused, dx, dy, w, 7, mask, 2, my, sprite, sx, 1);
+            BitBlt(twice, dx, dy, w, 7, &mask, 2, my, SRCAND);
+            BitBlt(twice, dx, dy, w, 7, &sprite, sx, 1, SRCPAINT);
+            ASSERT_EQ(fused, twice) << dx << "," << dy << " sx " << sx << " my " << my << " w " << w;
+            if (sx != 0 || my != 0) ++differentClips;
+          }
+  EXPECT_GT(differentClips, 0);
+}
+
 TEST(Bitmap, CopyClipsAtBothBitmapsEdges) {
   Bitmap src = Numbered(4, 3);
   // Destination partly off its top left: only the part inside lands, and it

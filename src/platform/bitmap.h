@@ -66,6 +66,12 @@ class Bitmap {
 void BitBlt(Bitmap& dst, int dx, int dy, int w, int h, const Bitmap* src, int sx, int sy,
             uint32_t rop);
 
+// A mask with AND at (mx, my), then a sprite with OR at (sx, sy), onto the same
+// w x h rectangle of dst: the same pixels as the two copies one after the
+// other, in one pass where both clip to the same rectangle.
+void MaskedBlt(Bitmap& dst, int dx, int dy, int w, int h, const Bitmap& mask, int mx, int my,
+               const Bitmap& sprite, int sx, int sy);
+
 // Stretches src (sx, sy, sw, sh) onto dst (dx, dy, dw, dh) with nearest-pixel
 // sampling under a raster operation. A negative sw (or dw) mirrors.
 void StretchBlt(Bitmap& dst, int dx, int dy, int dw, int dh, const Bitmap& src, int sx, int sy,

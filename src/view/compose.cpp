@@ -12,8 +12,7 @@ namespace {
 // The mask with AND, then the sprite from the same rectangle with OR.
 inline void BlitMasked(Bitmap& dst, int dx, int dy, int w, int h, const Bitmap& mask,
                        const Bitmap& sprite, int sx, int sy) {
-  BitBlt(dst, dx, dy, w, h, &mask, sx, sy, SRCAND);
-  BitBlt(dst, dx, dy, w, h, &sprite, sx, sy, SRCPAINT);
+  MaskedBlt(dst, dx, dy, w, h, mask, sx, sy, sprite, sx, sy);
 }
 
 
@@ -52,9 +51,8 @@ void Print_hex(Session& s, int16_t x, int16_t y, int16_t mode) {
   const int py = d.HexPixel(x, y, 1) - (s.view.ViewY - 1) * r.RowPitch;
 
   // 1, 2: knock the hexagon out and paint the tile into the hole.
-  BitBlt(buf, px, py, W, H, &b.BlackHexDC, 0, 0, SRCAND);
   const int t = d.HexTile(x, y);
-  BitBlt(buf, px, py, W, H, &b.TileSheet, (t % 16) * W, (t / 16) * H, SRCPAINT);
+  MaskedBlt(buf, px, py, W, H, b.BlackHexDC, 0, 0, b.TileSheet, (t % 16) * W, (t / 16) * H);
 
   // 3: outline.
   if (p.HexOutlines == -1) BlitMasked(buf, px, py, W, H, b.HexLineMaskDC, b.HexLineDC, 0, 0);
@@ -134,8 +132,7 @@ void MarkHex(Session& s, int16_t x, int16_t y, int left) {
   SpriteBank& b = s.sprites;
   const int sx = d.HexPixel(x, y, 0) - r.ColPitch * s.view.ViewX;
   const int sy = d.HexPixel(x, y, 1) - r.RowPitch * s.view.ViewY;
-  BitBlt(b.Picture1, sx, sy, r.HexW, r.HexH, &b.FxMaskDC, left, 0, SRCAND);
-  BitBlt(b.Picture1, sx, sy, r.HexW, r.HexH, &b.FxDC, left, 0, SRCPAINT);
+  MaskedBlt(b.Picture1, sx, sy, r.HexW, r.HexH, b.FxMaskDC, left, 0, b.FxDC, left, 0);
   s.ui().Changed("Picture1");
 }
 
