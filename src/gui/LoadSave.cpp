@@ -128,7 +128,7 @@ void LoadSave::closeEvent(QCloseEvent* ev) {
 
 void LoadSave::Form_Activate() { LoadSave_Form_Activate(s_); SyncControls(); }
 void LoadSave::Drive1_Change() {
-  s_.ed.dlg.Dir1Path = "/";
+  s_.ed.dlg.Dir1Path.assign(1, '/');  // the root (a one-character literal here trips a false -Wrestrict)
   Dir1_Change();
 }
 void LoadSave::Dir1_Change() { LoadSave_Dir1_Change(s_); SyncControls(); }
