@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "bitmaputil/bitmaputil_state.h"
 #include "document/document.h"
 #include "document/namestore.h"
 #include "editing/editorstate.h"
@@ -60,6 +61,7 @@ struct Session {
   SpriteBank sprites;  // sprite sheets, the off-screen buffer and the view surface
   JumpMapState jump;   // Form5: the jump map picture and its settings
   ScenarioState scn;  // the scenario set last imported, until Save As finishes it
+  BitmapUtilState bmp;  // Form4, Form15: the bitmap utility
   // Parsed pattern stores and the store folder's health, made on first use.
   std::shared_ptr<PatternStoreState> patternStores;
 

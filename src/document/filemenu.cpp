@@ -5,6 +5,7 @@
 #include <cmath>
 #include <filesystem>
 
+#include "bitmaputil/bitmaputil.h"
 #include "document/document_ops.h"
 #include "document/fileflow.h"
 #include "document/mapfile.h"
@@ -188,6 +189,7 @@ void LoadSave_Command1_Click(Session& s) {
   g.Visible = false;
   s.ui().Changed("LoadSave.Hide");
   const std::string name = g.Text1;
+  const std::string previousFile = g.DlgFile;
   g.DlgFile = JoinPath(g.Dir1Path, name);
   switch (g.DlgMode) {
     case 1:
@@ -196,6 +198,13 @@ void LoadSave_Command1_Click(Session& s) {
         s.MsgBox("No file name given.");
       else if (OpenMapFile(s, g.Dir1Path, name))
         g.DlgDir = g.Dir1Path;
+      break;
+    case 4:
+      // The bitmap utility's picture; one that cannot be read leaves the
+      // utility's picture and DlgFile as they were.
+      d.StrPath.clear();
+      d.NdxPath.clear();
+      BitmapDialogLoad(s, name, previousFile);
       break;
     case 5:
       d.StrPath.clear();

@@ -72,8 +72,8 @@ const MenuEntry kMenu[] = {
     {"mCopy", "&Copy", 1, true},
     {"mPaste", "&Paste", 1, true},
     {"Mode", "Mode", 0, false, false},
-    {"Obj_on", "Objective Path ON", 1, false},
-    {"Obj_off", "Objective Path Off", 1, false},
+    {"Obj_on", "Objective Path ON", 1, true},
+    {"Obj_off", "Objective Path Off", 1, true},
     {"Image_Functions", "Tiles", 0, true},
     {"autoredrawroads", "auto redraw Roads", 1, false},
     {"autoredrawterrain", "auto redraw Terrain", 1, false},
@@ -528,7 +528,9 @@ void Form1::OnUnload(const std::string& form) {
   } else if (form == "Form3" && form3_) {
     form3_->close();
   } else if (form == "Form5") {
-    if (form5_) form5_->close();
+    // The core has unloaded the jump map already; its window just goes.
+    if (form5_) form5_->Discard();
+    form5_ = nullptr;
     // The jump map is built again, hidden, once the new document is in place.
     QMetaObject::invokeMethod(this, [this]() { if (loaded_ && !unloaded_) DrawStrategicMapHidden(); },
                               Qt::QueuedConnection);
@@ -549,7 +551,16 @@ void Form1::OnUnload(const std::string& form) {
   }
 }
 
-VbForm* Form1::FormByName(const QString& name, bool create) {
+bool Form1::HasForm(const QString& name) {
+  bool known = false;
+  FormByName(name, false, &known);
+  return known;
+}
+
+VbForm* Form1::FormByName(const QString& name, bool create, bool* known) {
+  if (known) *known = true;
+  // A jump map the user has closed is gone, though its window is not deleted yet.
+  if (form5_ && form5_->unloaded()) form5_ = nullptr;
   if (name.compare(QStringLiteral("Form1"), Qt::CaseInsensitive) == 0) return this;
   if (name.compare(QStringLiteral("LoadSave"), Qt::CaseInsensitive) == 0) {
     if (!loadSave_ && create) loadSave_ = new LoadSave(*session_, this);
@@ -573,6 +584,7 @@ VbForm* Form1::FormByName(const QString& name, bool create) {
   if (get("Form9", form9_)) return form9_.data();
   if (get("Form10", form10_)) return form10_.data();
   if (get("Form12", form12_)) return form12_.data();
+  if (known) *known = false;
   return nullptr;
 }
 
@@ -754,8 +766,8 @@ void Form1::DrawJumpBox() {
 }
 
 void Form1::DrawStrategicMapHidden() {
-  if (form5_)
-    form5_->Redraw();
+  if (auto* f = static_cast<Form5*>(FormByName(QStringLiteral("Form5"), false)))
+    f->Redraw();
   else
     FormByName(QStringLiteral("Form5"));  // its load draws the map
 }

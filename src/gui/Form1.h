@@ -44,7 +44,9 @@ class Form1 : public QMainWindow, public VbForm {
   bool GetOwnProperty(QObject* ctl, const QString& prop, QString* out) override;
   // The default instance of another form by name, created on first use
   // (nullptr for a form this editor does not have yet).
-  VbForm* FormByName(const QString& name, bool create = true);
+  VbForm* FormByName(const QString& name, bool create = true, bool* known = nullptr);
+  // Whether this editor has a form of that name (created or not).
+  bool HasForm(const QString& name);
   const MainLayout& layoutRects() const { return layout_; }
   // The screen the window is laid out for, instead of the primary screen.
   void SetScreenSize(int w, int h);

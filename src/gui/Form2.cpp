@@ -7,6 +7,7 @@
 #include <QScrollBar>
 
 #include "editing/tilepicker.h"
+#include "gui/Form1.h"
 #include "gui/PictureBox.h"
 #include "gui/formkit.h"
 #include "gui/qtui.h"
@@ -49,31 +50,31 @@ Form2::Form2(Session& s, QWidget* parent) : QMainWindow(parent, Qt::Window), s_(
 
   mOptions_ = menuBar()->addMenu(QStringLiteral("Options"));
   mOptions_->setObjectName(QStringLiteral("mOptions"));
+  // Each entry opens a tile data screen; one the editor lacks is not offered.
+  auto* main = qobject_cast<Form1*>(parent);
   const struct {
     const char* name;
     const char* caption;
     void (Form2::*handler)();
-  } entries[] = {{"mTerrain", "Terrain Type", &Form2::mTerrain_Click},
-                 {"mRoads", "Road Connections", &Form2::mRoads_Click},
-                 {"mPatterns", "Tile Patterns", &Form2::mPatterns_Click}};
+    const char* screen;
+  } entries[] = {{"mTerrain", "Terrain Type", &Form2::mTerrain_Click, "Form14"},
+                 {"mRoads", "Road Connections", &Form2::mRoads_Click, "Form11"},
+                 {"mPatterns", "Tile Patterns", &Form2::mPatterns_Click, "Form13"}};
   for (const auto& e : entries) {
     QAction* a = mOptions_->addAction(QString::fromLatin1(e.caption));
     a->setObjectName(QString::fromLatin1(e.name));
     connect(a, &QAction::triggered, this, e.handler);
-    // The tile data screens are not part of the editor yet.
-    a->setEnabled(false);
+    a->setEnabled(main && main->HasForm(QString::fromLatin1(e.screen)));
   }
   keys_ = new KeyPreview(this, [this](int code, int shift) { Form_KeyDown(code, shift); });
   Form_Load();
 }
 
 void Form2::Form_Load() {
-  const int sheetW = Picture2_->width(), barW = VScroll1_->sizeHint().width(),
-            barH = HScroll1_->sizeHint().height();
+  const int barW = VScroll1_->sizeHint().width(), barH = HScroll1_->sizeHint().height();
   const Bitmap* sheet = TileSheet(s_);
   // The sheet keeps its own size, with the picture's border around it.
   Picture2_->resize((sheet ? sheet->Width() : 0) + kPictureBorder, (sheet ? sheet->Height() : 0) + kPictureBorder);
-  (void)sheetW;
   // The form's width spans the sheet and the bar.
   const int clientW = Picture2_->width() + barW, clientH = kFrameHeight + barH;
   resize(clientW, clientH + menuBar()->sizeHint().height());

@@ -131,6 +131,12 @@ void Form5::Form_Unload() {
   UnloadForm5(s_);  // JumpMapOpen off
 }
 
+void Form5::Discard() {
+  unloaded_ = true;
+  hide();
+  deleteLater();
+}
+
 void Form5::closeEvent(QCloseEvent* e) {
   Form_Unload();
   QMainWindow::closeEvent(e);

@@ -32,6 +32,10 @@ class Form5 : public QMainWindow, public VbForm {
   // The map is drawn anew (after a new document).
   void Redraw();
   void DrawJumpBox();
+  // Unloaded by the core (a new document): the window goes without touching
+  // the session, which may have loaded the jump map again meanwhile.
+  void Discard();
+  bool unloaded() const { return unloaded_; }
   // The picture as the window shows it, box included.
   const QImage& image() const { return image_; }
 

@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <algorithm>
 
 #include "editing/controlform.h"
 #include "gui/formkit.h"
@@ -14,11 +15,14 @@ Form9::Form9(Session& s, QWidget* parent) : QDialog(parent), s_(s) {
   setObjectName(QStringLiteral("Form9"));
   setWindowTitle(QStringLiteral("Map to Bitmap"));
   setModal(true);
-  resize(420, 170);
-  auto label = [this](const char* name, const char* text, int x, int y, int w) {
+  // The dialog is as wide as its longest line of text.
+  int width = 0;
+  auto label = [this, &width](const char* name, const char* text, int x, int y, int w) {
     auto* l = new QLabel(QString::fromLatin1(text), this);
     l->setObjectName(QString::fromLatin1(name));
+    w = std::max(w, l->sizeHint().width());
     l->setGeometry(x, y, w, 20);
+    width = std::max(width, x + w + 16);
   };
   label("Label1", "Convert a section of the map to a bitmap.", 16, 10, 390);
   label("Label2", "Starting at hex in upper left corner of display screen.", 16, 32, 390);
@@ -31,6 +35,7 @@ Form9::Form9(Session& s, QWidget* parent) : QDialog(parent), s_(s) {
   Text2_->setObjectName(QStringLiteral("Text2"));
   Text2_->setGeometry(120, 84, 80, 24);
   label("Label5", "If you run out of memory...reduce the Width and Height dimensions.", 16, 126, 400);
+  resize(width, 160);
   connect(Text1_, &QLineEdit::textEdited, this, [this](const QString& t) { s_.ed.f9.Text1 = Latin1(t); });
   connect(Text2_, &QLineEdit::textEdited, this, [this](const QString& t) { s_.ed.f9.Text2 = Latin1(t); });
   // Enter in a box closes the dialog like its close box.
