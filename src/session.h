@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "autotile/tilescreens.h"
 #include "bitmaputil/bitmaputil_state.h"
 #include "document/document.h"
 #include "document/namestore.h"
@@ -64,6 +65,7 @@ struct Session {
   BitmapUtilState bmp;  // Form4, Form15: the bitmap utility
   // Parsed pattern stores and the store folder's health, made on first use.
   std::shared_ptr<PatternStoreState> patternStores;
+  TileScreens tileScreens;  // Form11, Form13, Form14: the tile data screens
 
   Ui& ui() { return *ui_; }
   void SetUi(Ui* ui);

@@ -28,8 +28,9 @@ void BuildRndTables(Session& s) {
     for (int n = 0; n <= ref.TileMax; ++n) {
       if (ref.TypeOf(n) != t) continue;
       if (static_cast<size_t>(n) < flags.size() && flags[n] == 1) {
-        char rec[8];
-        std::snprintf(rec, sizeof rec, "%03d\r\n", n % 1000);
+        char rec[16];
+        // Three digits; a tile number of four would make a longer record.
+        std::snprintf(rec, sizeof rec, "%03d\r\n", n);
         out += rec;
       }
     }

@@ -338,6 +338,14 @@ void DeleteStoreFile(Session& s, const std::string& path) {
   RemoveFile(path);
 }
 
+bool WriteStoreFile(Session& s, const std::string& path, std::string_view bytes) {
+  State(s).Forget(path);
+  if (WriteWhole(path, bytes)) return true;
+  RemoveFile(path);
+  ReportStoreProblem(s, path);
+  return false;
+}
+
 // ---- One-byte-a-tile files --------------------------------------------------
 
 void ReadTileBytes(Session&, const std::string& path, int64_t offset, uint8_t* out, size_t n) {

@@ -101,6 +101,9 @@ ListPick PickListTile(Session& s, const std::string& path, int16_t& tile, const 
 
 // Deletes a store file (a stale list) and forgets it.
 void DeleteStoreFile(Session& s, const std::string& path);
+// Writes a whole store file (a rebuilt list) and forgets what was parsed of
+// it. False (after the store message) when it cannot be written.
+bool WriteStoreFile(Session& s, const std::string& path, std::string_view bytes);
 
 // ---- One-byte-a-tile files ("patterns.dat", "ptiles.dat", "randomtile.dat") --
 

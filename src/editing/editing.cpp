@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "autotile/engine.h"
+#include "autotile/passes.h"
 #include "autotile/random.h"
 #include "document/mapfile.h"
 #include "document/namestore.h"
@@ -289,7 +290,6 @@ void ShowForm(Session& s, const char* form) {
 void Form_KeyDown(Session& s, int keyCode, int shift) {
   Pens& p = s.pens;
   Document& d = s.doc;
-  const ViewState& v = s.view;
   p.ShiftKey = static_cast<int16_t>(shift);
   switch (keyCode) {
     case key::F1: ShowForm(s, "Form5"); break;
@@ -304,17 +304,7 @@ void Form_KeyDown(Session& s, int keyCode, int shift) {
       if (s.ed.hooks.ExportMapImage) s.ed.hooks.ExportMapImage(s);
       break;
     case key::F7: RestoreSnapshot(s); break;
-    case key::F8: {
-      s.SetPointer(vbHourglass);
-      const int x2 = std::min<int>(v.ViewX + v.ViewCols, d.MapMaxX);
-      const int y2 = std::min<int>(v.ViewY + v.ViewRows, d.MapMaxY);
-      for (int x = std::max(0, v.ViewX); x <= x2; ++x)
-        for (int y = std::max(0, v.ViewY); y <= y2; ++y)
-          if (d.HexInfo(x, y, 0) == 8)
-            NewPattern(s, static_cast<int16_t>(x), static_cast<int16_t>(y), d.HexTile(x, y));
-      s.SetPointer(vbArrow);
-      break;
-    }
+    case key::F8: LearnVisibleForests(s); break;
     case key::Up: ArrowKey(s, Bar::V, -1); break;
     case key::Down: ArrowKey(s, Bar::V, +1); break;
     case key::Left: ArrowKey(s, Bar::H, -1); break;
