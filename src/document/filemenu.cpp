@@ -12,6 +12,7 @@
 #include "platform/fileio.h"
 #include "platform/textfields.h"
 #include "refdata/nations.h"
+#include "scenario/import.h"
 #include "session.h"
 #include "view/render_api.h"
 #include "view/scrolling.h"
@@ -152,6 +153,7 @@ void LoadSave_Show(Session& s, int mode, const std::string& ext) {
 
 void menu_file_open_Click(Session& s) { LoadSave_Show(s, 1, ".map"); }
 void menu_file_save_as_Click(Session& s) { LoadSave_Show(s, 3, ".map"); }
+void openpgset_Click(Session& s) { LoadSave_Show(s, 2, ".set"); }
 void mNewNations_Click(Session& s) { LoadSave_Show(s, 5, ".txt"); }
 
 void menu_file_save_Click(Session& s) {
@@ -199,6 +201,12 @@ void LoadSave_Command1_Click(Session& s) {
       else if (OpenMapFile(s, g.Dir1Path, name))
         g.DlgDir = g.Dir1Path;
       break;
+    case 2:
+      // A scenario set: the import reads it into a fresh document and swaps
+      // it in only when every file of the set was whole; a fault keeps the
+      // open map, its name store and its paths.
+      OpenScenarioSet(s, g.Dir1Path, name);
+      break;
     case 4:
       // The bitmap utility's picture; one that cannot be read leaves the
       // utility's picture and DlgFile as they were.
@@ -212,8 +220,8 @@ void LoadSave_Command1_Click(Session& s) {
       LoadNationSetFromDialog(s, name);
       break;
     default:
-      // Save As (3): Load only closes the dialog. Scenario sets (2) and
-      // bitmaps (4) are chosen by forms of their own.
+      // Save As (3): Load only closes the dialog. Bitmaps (4) are chosen by
+      // a form of their own.
       d.StrPath.clear();
       d.NdxPath.clear();
       break;

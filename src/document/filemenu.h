@@ -14,6 +14,7 @@ void menu_file_new_Click(Session& s);  // view origin to (1, 1), then Form6 is s
 void menu_file_open_Click(Session& s);
 void menu_file_save_Click(Session& s);
 void menu_file_save_as_Click(Session& s);
+void openpgset_Click(Session& s);  // the dialog for a scenario set of the older game
 void mNewNations_Click(Session& s);
 
 // Form6. OK takes the two sizes and makes a blank map; a size that is no

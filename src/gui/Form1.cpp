@@ -63,7 +63,7 @@ const MenuEntry kMenu[] = {
     {"menu_file_open", "&Open Map File", 1, true},
     {"menu_file_save", "&Save Map File", 1, true},
     {"menu_file_save_as", "Save Map File &As", 1, true},
-    {"openpgset", "Open PG set file", 1, false},
+    {"openpgset", "Open PG set file", 1, true},
     {"LoadBitmap", "Bitmap Utilities", 1, false},
     {"mNewNations", "Open New Nations Set", 1, true},
     {"menu_file_exit", "E&xit", 1, true},
@@ -693,6 +693,7 @@ void Form1::menu_file_new_Click() { kv::menu_file_new_Click(*session_); SyncCont
 void Form1::menu_file_open_Click() { kv::menu_file_open_Click(*session_); }
 void Form1::menu_file_save_Click() { kv::menu_file_save_Click(*session_); SyncControls(); }
 void Form1::menu_file_save_as_Click() { kv::menu_file_save_as_Click(*session_); }
+void Form1::openpgset_Click() { kv::openpgset_Click(*session_); }
 void Form1::mNewNations_Click() { kv::mNewNations_Click(*session_); }
 void Form1::menu_file_exit_Click() { close(); }
 void Form1::mUndo_Click() { kv::mUndo_Click(*session_); SyncControls(); }

@@ -81,6 +81,7 @@ class Form1 : public QMainWindow, public VbForm {
   Q_INVOKABLE void menu_file_open_Click();
   Q_INVOKABLE void menu_file_save_Click();
   Q_INVOKABLE void menu_file_save_as_Click();
+  Q_INVOKABLE void openpgset_Click();
   Q_INVOKABLE void mNewNations_Click();
   Q_INVOKABLE void menu_file_exit_Click();
   Q_INVOKABLE void mUndo_Click();

@@ -154,6 +154,8 @@ const std::map<QString, Var>& Variables() {
     m["dlgext"] = Str([](Session& s) -> std::string& { return s.ed.dlg.DlgExt; });
     m["dlgdir"] = Str([](Session& s) -> std::string& { return s.ed.dlg.DlgDir; });
     m["dlgfile"] = Str([](Session& s) -> std::string& { return s.ed.dlg.DlgFile; });
+    m["setpath"] = Str([](Session& s) -> std::string& { return s.scn.SetPath; });
+    m["oobtmppath"] = Str([](Session& s) -> std::string& { return s.scn.OobTmpPath; });
     return m;
   }();
   return vars;

@@ -161,7 +161,8 @@ void FinishScenarioAtSave(Session& s, const std::string& mapPath) {
     if (!keepTmp && FileExists(tmp)) RemoveFile(tmp);
   }
   st.SetPath.clear();
-  if (FileExists(scn)) RemoveFile(scn);
+  // The scenario file is written anew whole; an old one is replaced only
+  // once the new one is complete.
   SafeFileWriter w(scn);
   WriteScnText(s.doc.MapFile, w);
   if (!w.commit()) s.MsgBox("The scenario file " + scn + " could not be written: " + w.error() + ".");

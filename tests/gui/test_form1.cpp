@@ -128,7 +128,7 @@ TEST(Form1Menu, EntriesInOrderWithCaptionsAndStates) {
                                "LoadBitmap", "mNewNations", "menu_file_exit"}));
   auto act = [&](const char* n) { return w.f->findChild<QAction*>(n); };
   EXPECT_TRUE(act("mUndo")->isEnabled());
-  EXPECT_FALSE(act("openpgset")->isEnabled());
+  EXPECT_TRUE(act("openpgset")->isEnabled());
   EXPECT_FALSE(act("BuildAITables")->isVisible());
   EXPECT_TRUE(act("HexControlOFF")->isChecked());
   EXPECT_EQ(act("mShowRoadControl")->text(), "Show Road Control = TRUE");
