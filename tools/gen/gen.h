@@ -4,12 +4,24 @@
 
 #include <array>
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "platform/bitmap.h"
 
 namespace kvgen {
+
+// The default program folder from the catalogues in `src`, written into
+// `out` (which must not hold other files than those of an earlier run).
+bool Generate(const std::filesystem::path& out, const std::filesystem::path& src, std::string* err);
+// The same after emptying an earlier run's folder; refuses a folder that
+// this program did not make.
+bool GenerateFresh(const std::filesystem::path& out, const std::filesystem::path& src, std::string* err);
+// The example map: a program folder is generated in a temporary folder, the
+// map is built there through the editor's own operations, and saved as
+// `dir`/example.map with its side files.
+bool MakeExampleMap(const std::filesystem::path& dir, const std::filesystem::path& src, std::string* err);
 
 // One line of tools/data/tiles.txt.
 struct TileDef {

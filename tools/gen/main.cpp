@@ -51,7 +51,9 @@ std::string Crlf(const std::string& text) {
   return out;
 }
 
-bool Generate(const fs::path& out, const fs::path& src, std::string* err) {
+}  // namespace
+
+bool kvgen::Generate(const fs::path& out, const fs::path& src, std::string* err) {
   std::vector<TileDef> tiles;
   std::vector<NationDef> nations;
   if (!ReadCatalogue((src / "tiles.txt").string(), tiles, err)) return false;
@@ -78,13 +80,14 @@ bool Generate(const fs::path& out, const fs::path& src, std::string* err) {
   if (!WriteFile(out / "data/terrain.txt", Crlf(terrain), err)) return false;
 
   // Terrain of each tile, as text and as the binary table.
-  std::string hexdata = std::to_string(kTiles), tiletype;
+  // A field ends at a comma or at a line end, so a line carries no comma at
+  // its end: the count, then sixteen values a line.
+  std::string hexdata = std::to_string(kTiles) + "\n", tiletype;
   for (int t = 0; t < kTiles; ++t) {
-    hexdata += (t % 16 == 0) ? ",\n" : ",";
     hexdata += std::to_string(tiles[t].terrain);
+    hexdata += (t % 16 == 15) ? "\n" : ",";
     tiletype += static_cast<char>(tiles[t].terrain);
   }
-  hexdata += "\n";
   if (!WriteFile(out / "data/hexdata.txt", Crlf(hexdata), err)) return false;
   if (!WriteFile(out / "mapedit/tiletype.dat", tiletype, err)) return false;
 
@@ -138,41 +141,57 @@ bool Generate(const fs::path& out, const fs::path& src, std::string* err) {
       return false;
   }
 
-  // The tile screen's key help: eight fields.
+  // The tile screen's key help: eight fields, one a line (the ninth line of
+  // that screen, about F2, is its own).
   const std::string help =
-      "\"F1 - Show these commands\",\n"
-      "\"F3 - Road connections of a tile\",\n"
-      "\"F4 - Terrain pattern of a tile (auto-tile)\",\n"
-      "\"Patterns go by terrain, not by tile.\",\n"
-      "\"The marks name the sides that touch the same ground.\",\n"
-      "\"Left click - take the tile as the map pen.\",\n"
-      "\"Right click - the tile data menu.\",\n"
-      "\"F2 - Terrain type of a tile.\"\n";
+      "\"F1 - Show this screen\"\n"
+      "\"F3 - Set the road connections of the tile\"\n"
+      "\"F4 - Set the terrain pattern of the tile (auto-tile data)\"\n"
+      "\"Patterns go by terrain, not by tile.\"\n"
+      "\"The lists they make are in \\mapedit\\t<terrain>.\"\n"
+      "\"Left click - take the tile as the map pen.\"\n"
+      "\"Right click - the menu of the three tile screens.\"\n"
+      "\"Each screen has its key too, F2 to F4:\"\n";
   if (!WriteFile(out / "tvk_info/s2_help.txt", Crlf(help), err)) return false;
   return WriteFile(out / kMarker, "default program folder, generated\n", err);
 }
 
-}  // namespace
+namespace {
 
-int main(int argc, char** argv) {
-  if (argc < 2 || argc > 3) {
-    std::fprintf(stderr, "usage: kv_gen_data OUT [SOURCES]\n");
-    return 2;
-  }
-  const fs::path out = argv[1];
-  const fs::path src = argc > 2 ? fs::path(argv[2]) : fs::path(KV_TOOLS_DATA_DIR);
+// Starts from nothing, so that no file of an older catalogue survives; but
+// never removes a folder that this program did not make.
+bool PrepareOut(const fs::path& out, std::string* err) {
   std::error_code ec;
-  // Start from nothing, so that no file of an older catalogue survives; but
-  // never remove a folder that this program did not make.
   if (fs::exists(out, ec)) {
     if (!fs::exists(out / kMarker, ec) && !fs::is_empty(out, ec)) {
-      std::fprintf(stderr, "kv_gen_data: %s exists and was not made by kv_gen_data\n", out.string().c_str());
-      return 1;
+      *err = out.string() + " exists and was not made by kv_gen_data";
+      return false;
     }
     fs::remove_all(out, ec);
   }
+  return true;
+}
+
+}  // namespace
+
+bool kvgen::GenerateFresh(const fs::path& out, const fs::path& src, std::string* err) {
+  return PrepareOut(out, err) && Generate(out, src, err);
+}
+
+int main(int argc, char** argv) {
+  const bool example = argc > 1 && std::string(argv[1]) == "--example";
+  const int first = example ? 2 : 1;
+  if (argc < first + 1 || argc > first + 2) {
+    std::fprintf(stderr,
+                 "usage: kv_gen_data OUT [SOURCES]\n"
+                 "       kv_gen_data --example MAPDIR [SOURCES]   (writes MAPDIR/example.map and its side files)\n");
+    return 2;
+  }
+  const fs::path out = argv[first];
+  const fs::path src = argc > first + 1 ? fs::path(argv[first + 1]) : fs::path(KV_TOOLS_DATA_DIR);
   std::string err;
-  if (!Generate(out, src, &err)) {
+  const bool ok = example ? MakeExampleMap(out, src, &err) : GenerateFresh(out, src, &err);
+  if (!ok) {
     std::fprintf(stderr, "kv_gen_data: %s\n", err.c_str());
     return 1;
   }

@@ -178,23 +178,31 @@ double Shade(const std::function<double(double, double)>& h, double x, double y,
 }
 
 void PaintHills(Cell& c, uint32_t seed) {
-  double bx[3], by[3], br[3];
-  for (int i = 0; i < 3; ++i) {
-    bx[i] = 14 + 32 * H01(i, 1, seed);
-    by[i] = 12 + 26 * H01(i, 2, seed);
-    br[i] = 9 + 5 * H01(i, 3, seed);
+  // Rolling ground: a few low, broad swells, lit from the upper left, that
+  // die away toward the edge so that neighbouring hills meet on level ground.
+  constexpr int kN = 5;
+  double bx[kN], by[kN], br[kN], bh[kN];
+  for (int i = 0; i < kN; ++i) {
+    bx[i] = 12 + 36 * H01(i, 1, seed);
+    by[i] = 10 + 30 * H01(i, 2, seed);
+    br[i] = 7 + 5 * H01(i, 3, seed);
+    bh[i] = 0.6 + 0.5 * H01(i, 4, seed);
   }
   auto h = [&](double x, double y) {
     double v = 0;
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < kN; ++i) {
       double d2 = ((x - bx[i]) * (x - bx[i]) + (y - by[i]) * (y - by[i])) / (br[i] * br[i]);
-      v += std::exp(-d2 * 1.6);
+      v = std::max(v, bh[i] * std::exp(-d2 * 1.3));
     }
-    return v * Smooth(0.0, 0.35, 1 - EdgeDepth(x, y));
+    return v * Smooth(0.0, 0.3, 1 - EdgeDepth(x, y));
   };
   ForHex([&](int x, int y) {
-    C base = Mix(Col(0xA89C5E), Col(0x8A9A52), Fbm(x / 10.0, y / 10.0, seed));
-    c.at(x, y) = Scale(base, Shade(h, x, y, 1.4));
+    const double hv = h(x, y);
+    C base = Mix(Col(0x8EAE54), Col(0xB4A862), Smooth(0.1, 0.7, hv));
+    base = Mix(base, Col(0x9A9C58), 0.3 * Fbm(x / 8.0, y / 8.0, seed));
+    C col = Scale(base, Shade(h, x, y, 0.9));
+    if (H01(x, y, seed + 5) > 0.94) col = Mix(col, Col(0x6A7A3A), 0.5);
+    c.at(x, y) = col;
   });
 }
 
@@ -351,27 +359,32 @@ void PaintRiver(Cell& c, const std::vector<int>& sides, double w, uint32_t seed)
   (void)seed;
 }
 
+// Streets of built-up ground: the terrain itself connects such a hex on
+// every side, so its streets are part of the ground, drawn under the houses
+// in a colour of their own (never the road surface of the road tiles).
+void PaintStreets(Cell& c, const std::vector<int>& sides, double width) {
+  std::vector<Path> paths = Courses(sides);
+  Stamp(c, paths, width + 0.8, Col(0x8C8676));
+  Stamp(c, paths, width, Col(0xC4BCA8));
+}
+
 void PaintRoad(Cell& c, const std::vector<int>& sides, int terrain, bool bridge) {
   std::vector<Path> paths = Courses(sides);
-  if (terrain == 5 || terrain == 6 || terrain == 14) {  // streets
-    Stamp(c, paths, 1.9, Col(kRoadEdge));
-    Stamp(c, paths, 1.1, Col(kRoadFill));
-    return;
-  }
-  if (terrain == 8 || terrain == 10 || terrain == 12) Stamp(c, paths, 5.0, Col(0x6E9A48));
-  if (terrain == 3) Stamp(c, paths, 4.2, Col(0x9C8C70));
-  Stamp(c, paths, 2.6, Col(kRoadEdge));
+  if (terrain == 8 || terrain == 10 || terrain == 12) Stamp(c, paths, 5.2, Col(0x6E9A48));
+  if (terrain == 3) Stamp(c, paths, 4.6, Col(0x9C8C70));
   if (bridge) {
+    // A stone bridge: the deck with dark parapets over the water.
     auto onBridge = [](double x, double y) {
-      return (x - kCentre.x) * (x - kCentre.x) + (y - kCentre.y) * (y - kCentre.y) < 11 * 11;
+      return (x - kCentre.x) * (x - kCentre.x) + (y - kCentre.y) * (y - kCentre.y) < 10.5 * 10.5;
     };
-    Stamp(c, paths, 3.2, Col(0x9A9A98), onBridge);
-    Stamp(c, paths, 2.2, Col(0x5E5E5C), onBridge);
+    Stamp(c, paths, 4.6, Col(0x3E3A34), onBridge);
+    Stamp(c, paths, 3.5, Col(0xB8B2A6), onBridge);
   }
-  Stamp(c, paths, 1.5, Col(kRoadFill));
+  Stamp(c, paths, 3.0, Col(kRoadEdge));
+  Stamp(c, paths, 1.9, Col(kRoadFill));
   if (sides.size() == 1) {  // a road end: a small turning place
-    Disc(c, kCentre.x, kCentre.y, 3.6, Col(kRoadEdge));
-    Disc(c, kCentre.x, kCentre.y, 2.5, Col(kRoadFill));
+    Disc(c, kCentre.x, kCentre.y, 4.2, Col(kRoadEdge));
+    Disc(c, kCentre.x, kCentre.y, 3.0, Col(kRoadFill));
   }
 }
 
@@ -423,13 +436,17 @@ void PaintForestEdge(Cell& c, int terrain, const std::vector<int>& open, uint32_
     PaintTrees(c, seed, kForest, inForest, [&](double x, double y) { return BandValue(open, x, y, seed) <= thr - 0.05; });
 }
 
-void PaintCity(Cell& c, const std::vector<int>& open, bool dense, uint32_t seed) {
+// Built-up ground is connected by its terrain on every side: its houses stand
+// close without a drawn street.
+void PaintCity(Cell& c, const std::vector<int>& open, const std::vector<int>& streets, bool dense, uint32_t seed) {
   const double thr = 0.68;
   auto urban = [&](double x, double y) { return BandValue(open, x, y, seed) <= thr; };
   ForHex([&](int x, int y) {
     c.at(x, y) = urban(x, y) ? Mix(Col(0x9A968E), Col(0xAAA69C), H01(x, y, seed)) : ClearAt(x, y, seed);
   });
-  PaintHouses(c, seed, urban, dense ? 0.97 : 0.9);
+  (void)streets;
+  auto offStreet = urban;
+  PaintHouses(c, seed, offStreet, dense ? 1.0 : 0.92);
 }
 
 void PaintPort(Cell& c, const std::vector<int>& sea, uint32_t seed) {
@@ -438,7 +455,7 @@ void PaintPort(Cell& c, const std::vector<int>& sea, uint32_t seed) {
   ForHex([&](int x, int y) {
     c.at(x, y) = water(x, y) ? SeaAt(x, y, seed) : Mix(Col(0x9A968E), Col(0xAAA69C), H01(x, y, seed));
   });
-  PaintHouses(c, seed, [&](double x, double y) { return BandValue(sea, x, y, seed) < thr - 0.2; }, 0.7);
+  PaintHouses(c, seed, [&](double x, double y) { return BandValue(sea, x, y, seed) < thr - 0.2; }, 0.9);
   // Quay along the water.
   ForHex([&](int x, int y) {
     if (water(x, y)) return;
@@ -544,18 +561,32 @@ void PaintTile(const TileDef& t, const Massif& massif, Cell& c) {
   } else if (edge && (t.terrain == 8 || t.terrain == 10)) {
     PaintForestEdge(c, t.terrain, Complement(PatternSides(t.pattern)), seed);
   } else if (edge && t.terrain == 5) {
-    PaintCity(c, Complement(PatternSides(t.pattern)), t.pattern == "123456", seed);
+    PaintCity(c, Complement(PatternSides(t.pattern)), t.road, t.pattern == "123456", seed);
   } else if (edge && t.terrain == 14) {
     PaintPort(c, PatternSides(t.pattern), seed);
   } else if (t.terrain == 6) {
+    // A village: lanes from every side to a green, farmhouses around it.
     PaintClear(c, seed);
-    PaintHouses(c, seed, [](double x, double y) { return std::hypot(x - kCentre.x, y - kCentre.y) < 15; }, 0.8);
+    ForHex([&](int x, int y) {
+      if (std::hypot(x - kCentre.x, y - kCentre.y) < 13) c.at(x, y) = Mix(c.at(x, y), Col(0xA8A070), 0.35);
+    });
+    PaintStreets(c, t.road, 1.0);
+    std::vector<Path> lanes = Courses(t.road);
+    PaintHouses(c, seed, [&](double x, double y) {
+      const double r = std::hypot(x - kCentre.x, y - kCentre.y);
+      if (r > 17 || r < 3) return false;
+      for (const Path& p : lanes)
+        for (size_t i = 0; i < p.pts.size(); i += 2)
+          if (std::hypot(x - p.pts[i].x, y - p.pts[i].y) < 1.9) return false;
+      return true;
+    }, 0.95);
   } else {
     if (!t.road.empty() && t.terrain == 3) PaintMountain(c, seed, 0.7);
     else PaintPlainBase(c, t.terrain, seed);
   }
   if (!t.river.empty()) PaintRiver(c, t.river, t.terrain == 2 ? 3.8 : 2.2, seed);
-  if (!t.road.empty()) PaintRoad(c, t.road, t.terrain, !t.river.empty());
+  if (!t.road.empty() && t.terrain != 5 && t.terrain != 6 && t.terrain != 14)
+    PaintRoad(c, t.road, t.terrain, !t.river.empty());
 }
 
 }  // namespace
