@@ -15,13 +15,17 @@
 #include "analysis/aitables.h"
 #include "analysis/landmass.h"
 #include "analysis/roadcheck.h"
+#include "autotile/passes.h"
 #include "document/clipboard.h"
 #include "document/filemenu.h"
 #include "document/startup.h"
 #include "editing/controlform.h"
 #include "editing/editing.h"
 #include "gui/Form10.h"
+#include "gui/Form11.h"
 #include "gui/Form12.h"
+#include "gui/Form13.h"
+#include "gui/Form14.h"
 #include "gui/Form2.h"
 #include "gui/Form3.h"
 #include "gui/Form5.h"
@@ -75,11 +79,11 @@ const MenuEntry kMenu[] = {
     {"Obj_on", "Objective Path ON", 1, true},
     {"Obj_off", "Objective Path Off", 1, true},
     {"Image_Functions", "Tiles", 0, true},
-    {"autoredrawroads", "auto redraw Roads", 1, false},
-    {"autoredrawterrain", "auto redraw Terrain", 1, false},
-    {"mAutoForest", "auto redraw Forests", 1, false},
-    {"mAutoMoutains", "auto redraw Mountains", 1, false},
-    {"mMapRebuild", "Redraw Map based on Terrain", 1, false},
+    {"autoredrawroads", "auto redraw Roads", 1, true},
+    {"autoredrawterrain", "auto redraw Terrain", 1, true},
+    {"mAutoForest", "auto redraw Forests", 1, true},
+    {"mAutoMoutains", "auto redraw Mountains", 1, true},
+    {"mMapRebuild", "Redraw Map based on Terrain", 1, true},
     {"mRandom", "Random Tiles", 1, true},
     {"menu_hexsides", "Hex Sides", 0, true},
     {"mHexSides", "&Hexsides on", 1, true},
@@ -92,17 +96,17 @@ const MenuEntry kMenu[] = {
     {"menu_options", "Options", 0, true},
     {"Background", "&Background Bitmap", 1, false, false},
     {"mDefaultArea", "Default Area (Screen)", 1, true},
-    {"doroads", "Fill in Possible Road connections", 1, false},
+    {"doroads", "Fill in Possible Road connections", 1, true},
     {"mGrid", "Grid Lines", 1, true},
-    {"MemorizeRoads", "Memorize Road Tile Patterns", 1, false},
-    {"MemoriseRivers", "Memorise River Tile Patterns", 1, false},
-    {"mMountains", "Memorise Mountain Patterns", 1, false},
-    {"mRedoTerrain", "Rebuild Terrain based on Tiles", 1, false},
+    {"MemorizeRoads", "Memorize Road Tile Patterns", 1, true},
+    {"MemoriseRivers", "Memorise River Tile Patterns", 1, true},
+    {"mMountains", "Memorise Mountain Patterns", 1, true},
+    {"mRedoTerrain", "Rebuild Terrain based on Tiles", 1, true},
     {"mRoadStuff", "Road Stuff", 1, true},
     {"mCountRoad", "Count road hexes", 2, true},
     {"mNextUnconnected", "Find connection/control problems", 2, true},
     {"mShowRoadControl", "Show Road Control = TRUE", 2, true},
-    {"mRndWoods", "Scattered Woods", 1, false},
+    {"mRndWoods", "Scattered Woods", 1, true},
     {"mGridSet", "Set Grid Dimensions", 1, true},
     {"menu_LandMass", "Determine Separate Land Masses", 1, true},
     {"BuildAITables", "Build AI Tables", 1, false, false},
@@ -177,6 +181,10 @@ Form1::Form1(std::string appPath, QWidget* parent) : QMainWindow(parent) {
   hooks.ShowForm = [this](Session&, const std::string& form) { ShowForm(form); };
   hooks.ExportMapImage = [this](Session&) { ExportMapImage(); };
   hooks.DrawJumpBox = [this](Session&) { DrawJumpBox(); };
+  hooks.TileDataGetStuff = [this](Session&, const std::string& form) {
+    if (VbForm* f = FormByName(QString::fromStdString(form)))
+      QMetaObject::invokeMethod(f->formWidget(), "GetStuff", Qt::DirectConnection);
+  };
   hooks.ClearTilePickerDrawing = [this](Session&) {
     if (form2_) form2_->SyncControls();
   };
@@ -406,7 +414,8 @@ void Form1::Form_Unload() {
   if (unloaded_) return;
   unloaded_ = true;
   // Other forms first, then the name store; the sprite bank goes with the session.
-  for (QWidget* w : std::initializer_list<QWidget*>{form2_, form3_, form5_, form8_, form9_, form10_, form12_})
+  for (QWidget* w : std::initializer_list<QWidget*>{form2_, form3_, form5_, form8_, form9_, form10_, form12_, form11_,
+                                                    form13_, form14_})
     if (w) delete w;
   for (QWidget* w : {static_cast<QWidget*>(form6_.data()), static_cast<QWidget*>(loadSave_.data())})
     if (w) w->close();
@@ -515,6 +524,15 @@ void Form1::OnChanged(const std::string& what) {
     }
   } else if (what.rfind("Form6", 0) == 0) {
     if (form6_) form6_->SyncControls();
+  } else if (what.rfind("Form11", 0) == 0 || what.rfind("Form13", 0) == 0 || what.rfind("Form14", 0) == 0) {
+    if (VbForm* f = FormByName(QString::fromStdString(what.substr(0, 6)), false)) {
+      f->SyncControls();
+      f->formWidget()->repaint();
+    }
+  } else if (what == "Label3" || what == "MousePointer") {
+    // A pass's progress: shown at once, not when the pass has ended.
+    SyncControls();
+    Label3_->repaint();
   } else {
     SyncControls();
   }
@@ -584,6 +602,9 @@ VbForm* Form1::FormByName(const QString& name, bool create, bool* known) {
   if (get("Form9", form9_)) return form9_.data();
   if (get("Form10", form10_)) return form10_.data();
   if (get("Form12", form12_)) return form12_.data();
+  if (get("Form11", form11_)) return form11_.data();
+  if (get("Form13", form13_)) return form13_.data();
+  if (get("Form14", form14_)) return form14_.data();
   if (known) *known = false;
   return nullptr;
 }
@@ -720,6 +741,19 @@ void Form1::VerifyHexData_Click() { kv::VerifyHexData_Click(*session_); SyncCont
 void Form1::mDefaultHC_Click() { kv::mDefaultHC_Click(*session_); SyncControls(); }
 void Form1::mRoadsOnly_Click() { kv::mRoadsOnly_Click(*session_); SyncControls(); }
 void Form1::BuildAITables_Click() { kv::BuildAITables_Click(*session_); SyncControls(); }
+// The auto-tiling passes of the Tiles and Options menus. Each runs to its end
+// inside the click; Label3 and the pointer show their progress meanwhile.
+void Form1::autoredrawroads_Click() { kv::autoredrawroads_Click(*session_); SyncControls(); }
+void Form1::autoredrawterrain_Click() { kv::autoredrawterrain_Click(*session_); SyncControls(); }
+void Form1::mAutoForest_Click() { kv::mAutoForest_Click(*session_); SyncControls(); }
+void Form1::mAutoMoutains_Click() { kv::mAutoMoutains_Click(*session_); SyncControls(); }
+void Form1::mMapRebuild_Click() { kv::mMapRebuild_Click(*session_); SyncControls(); }
+void Form1::mRedoTerrain_Click() { kv::mRedoTerrain_Click(*session_); SyncControls(); }
+void Form1::doroads_Click() { kv::doroads_Click(*session_); SyncControls(); }
+void Form1::MemorizeRoads_Click() { kv::MemorizeRoads_Click(*session_); SyncControls(); }
+void Form1::MemoriseRivers_Click() { kv::MemoriseRivers_Click(*session_); SyncControls(); }
+void Form1::mMountains_Click() { kv::mMountains_Click(*session_); SyncControls(); }
+void Form1::mRndWoods_Click() { kv::mRndWoods_Click(*session_); SyncControls(); }
 void Form1::StrategicShow_Click() {
   ShowForm("Form5");
   DrawJumpBox();
@@ -731,7 +765,7 @@ void Form1::StrategicHide_Click() {
 void Form1::ShowForm(const std::string& name) {
   const QString n = QString::fromStdString(name);
   VbForm* form = FormByName(n);
-  if (!form) return;  // a screen this editor does not have yet (the tile data screens)
+  if (!form) return;
   QWidget* w = form->formWidget();
   form->SyncControls();
   if (auto* dlg = qobject_cast<QDialog*>(w)) {

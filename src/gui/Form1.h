@@ -30,7 +30,10 @@ class Form6;
 class Form8;
 class Form9;
 class Form10;
+class Form11;
 class Form12;
+class Form13;
+class Form14;
 
 class Form1 : public QMainWindow, public VbForm {
   Q_OBJECT
@@ -108,6 +111,17 @@ class Form1 : public QMainWindow, public VbForm {
   Q_INVOKABLE void mDefaultHC_Click();
   Q_INVOKABLE void mRoadsOnly_Click();
   Q_INVOKABLE void BuildAITables_Click();
+  Q_INVOKABLE void autoredrawroads_Click();
+  Q_INVOKABLE void autoredrawterrain_Click();
+  Q_INVOKABLE void mAutoForest_Click();
+  Q_INVOKABLE void mAutoMoutains_Click();
+  Q_INVOKABLE void mMapRebuild_Click();
+  Q_INVOKABLE void mRedoTerrain_Click();
+  Q_INVOKABLE void doroads_Click();
+  Q_INVOKABLE void MemorizeRoads_Click();
+  Q_INVOKABLE void MemoriseRivers_Click();
+  Q_INVOKABLE void mMountains_Click();
+  Q_INVOKABLE void mRndWoods_Click();
 
  protected:
   bool eventFilter(QObject* obj, QEvent* ev) override;
@@ -152,6 +166,9 @@ class Form1 : public QMainWindow, public VbForm {
   QPointer<Form9> form9_;
   QPointer<Form10> form10_;
   QPointer<Form12> form12_;
+  QPointer<Form11> form11_;
+  QPointer<Form13> form13_;
+  QPointer<Form14> form14_;
 };
 
 }  // namespace kv::gui
