@@ -543,8 +543,9 @@ void Form1::OnUnload(const std::string& form) {
     loadSave_->hide();
     loadSave_->deleteLater();
     loadSave_ = nullptr;
-  } else if (form == "Form3" && form3_) {
-    form3_->close();
+  } else if (form == "Form3") {
+    if (form3_) form3_->Discard();
+    form3_ = nullptr;
   } else if (form == "Form5") {
     // The core has unloaded the jump map already; its window just goes.
     if (form5_) form5_->Discard();

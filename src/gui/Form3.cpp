@@ -63,7 +63,15 @@ Form3::Form3(Session& s, QWidget* parent) : QWidget(parent, Qt::Window), s_(s) {
   Form_Load();
 }
 
-Form3::~Form3() { s_.forms.Form3Loaded = false; }
+Form3::~Form3() {
+  if (!discarded_) s_.forms.Form3Loaded = false;
+}
+
+void Form3::Discard() {
+  discarded_ = true;
+  hide();
+  deleteLater();
+}
 
 void Form3::Form_Load() {
   Control_Load(s_);

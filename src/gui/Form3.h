@@ -24,6 +24,9 @@ class Form3 : public QWidget, public VbForm {
   Form3(Session& s, QWidget* parent);
   ~Form3() override;
   QWidget* formWidget() override { return this; }
+  // Unloaded by the core (a new nation set): the window goes, and the next
+  // F3 loads a fresh one with the new lists.
+  void Discard();
   void SyncControls() override;
   bool SetOwnProperty(QObject* ctl, const QString& prop, const QString& value) override;
   bool GetOwnProperty(QObject* ctl, const QString& prop, QString* out) override;
@@ -45,6 +48,7 @@ class Form3 : public QWidget, public VbForm {
   ClickLabel* Label2_[2] = {};
   KeyPreview* keys_ = nullptr;
   bool syncing_ = false;
+  bool discarded_ = false;
 };
 
 }  // namespace kv::gui

@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QScrollBar>
 
+#include "gui/Form1.h"
 #include "jumpmap/jumpmap.h"
 #include "jumpmap/jumpwindow.h"
 #include "gui/PictureBox.h"
@@ -79,6 +80,15 @@ void Form5::Form_Load() {
   resize(w, h + menuBar()->sizeHint().height());
   // Beside the main window: at the right edge of the screen.
   move(std::max(0, s_.view.ScreenW - width() - 8), 40);
+  // Opened from the bitmap utility's map mode: its size, right of the utility.
+  auto* main = qobject_cast<Form1*>(parentWidget());
+  if (s_.pens.FromMapEdit == -1 && main) {
+    if (VbForm* f4 = main->FormByName(QStringLiteral("Form4"), false)) {
+      const QRect g = f4->formWidget()->frameGeometry();
+      resize(f4->formWidget()->size());
+      move(g.x() + g.width(), g.y());
+    }
+  }
   List1_->clear();
   for (const std::string& n : JumpCountryList(s_)) List1_->addItem(Latin1(n));
   s_.jump.ListVisible = false;

@@ -369,6 +369,38 @@ TEST(ControlFormWindow, ObjectiveButtonsAndTheBoldModeLabel) {
   EXPECT_TRUE(e.form("Form5")->isVisible());
 }
 
+TEST(ControlFormWindow, ANewNationSetUnloadsItAndF3LoadsTheNewLists) {
+  Editor e;
+  kvtest::WriteText(e.app / "second/nations/nations.txt", "2\r\n\"Zemla\",1\r\n\"Yorvik\",2\r\n");
+  Key(e.child<QWidget>("Form1", "Picture1"), Qt::Key_F3);
+  QPointer<QWidget> old = e.form("Form3", false);
+  ASSERT_FALSE(old.isNull());
+  std::string out;
+  ASSERT_EQ(e.Run("Form1.mNewNations_Click\n"
+                  "LoadSave.Dir1.Path = \"" + e.app / "second/nations" + "\"\n"
+                  "LoadSave.Text1.Text = nations.txt\n"
+                  "answer 6\n"
+                  "LoadSave.Command1_Click\n"
+                  "print NationCount\n",
+                  &out),
+            0)
+      << out;
+  ASSERT_NE(out.find("NationCount=2\n"), std::string::npos) << out;
+  EXPECT_FALSE(e.s().forms.Form3Loaded);
+  // F3 at once: a fresh form with the new set's lists, not the old window.
+  Key(e.child<QWidget>("Form1", "Picture1"), Qt::Key_F3);
+  QWidget* f3 = e.form("Form3", false);
+  ASSERT_NE(f3, nullptr);
+  EXPECT_NE(f3, old.data());
+  EXPECT_TRUE(f3->isVisible());
+  EXPECT_TRUE(old.isNull());
+  EXPECT_TRUE(e.s().forms.Form3Loaded);  // the old window's going does not clear it
+  auto* l1 = f3->findChild<QListWidget*>("List1");
+  QStringList items;
+  for (int i = 0; i < l1->count(); ++i) items << l1->item(i)->text();
+  EXPECT_EQ(items, (QStringList{"-None-", "Yorvik", "Zemla"}));
+}
+
 TEST(MainMenu, EntriesOfThisPartAreLiveAndWork) {
   Editor e;
   for (const char* n : {"HexControlOn", "HexControlOFF", "mOriginalOwner", "Obj_on", "Obj_off", "mGrid", "mGridSet",
