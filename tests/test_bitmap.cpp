@@ -86,6 +86,41 @@ TEST(Bitmap, MaskedCopyEqualsTheTwoCopiesWhereverItClips) {
   EXPECT_GT(differentClips, 0);
 }
 
+TEST(Bitmap, MaskedCopySeesEveryChangeOfItsSheets) {
+  // The copy remembers where a mask and sprite change anything; each way of
+  // changing a sheet must make it look again.
+  Bitmap mask(8, 4), sprite(8, 4);
+  mask.Fill(0xFFFFFF);
+  const Bitmap start = Numbered(8, 4);
+  auto check = [&](const char* what) {
+    Bitmap fused = start, twice = start;
+    MaskedBlt(fused, 0, 0, 8, 4, mask, 0, 0, sprite, 0, 0);
+    BitBlt(twice, 0, 0, 8, 4, &mask, 0, 0, SRCAND);
+    BitBlt(twice, 0, 0, 8, 4, &sprite, 0, 0, SRCPAINT);
+    EXPECT_EQ(fused, twice) << what;
+  };
+  check("all clear");
+  sprite.SetPixel(6, 3, 0x00FF00);
+  check("SetPixel");
+  mask.FillRect(1, 1, 2, 2, 0);
+  check("FillRect");
+  mask.Row(0)[7] = 0x0000FF;
+  check("Row");
+  sprite.Pixels()[0] = 0x123456;
+  check("Pixels");
+  std::vector<uint8_t> bits(8 * 4 * 4, 0);
+  bits[4 * 10] = 0xFF;
+  sprite.SetBits(bits);
+  check("SetBits");
+  Bitmap other(8, 4);
+  other.Fill(0x00FF00);
+  sprite = other;  // a copy carries its source's content and generation
+  check("assignment");
+  sprite.Create(8, 4);
+  mask.Fill(0);
+  check("Create and Fill");
+}
+
 TEST(Bitmap, CopyClipsAtBothBitmapsEdges) {
   Bitmap src = Numbered(4, 3);
   // Destination partly off its top left: only the part inside lands, and it

@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <unordered_map>
 #include <limits>
 
 namespace kv {
@@ -24,6 +25,7 @@ namespace kv {
 void Bitmap::Create(int w, int h) {
   if (w < 0) w = 0;
   if (h < 0) h = 0;
+  Touch();
   w_ = w;
   h_ = h;
   px_.assign(static_cast<size_t>(w) * static_cast<size_t>(h), 0u);
@@ -36,10 +38,14 @@ uint32_t Bitmap::GetPixel(int x, int y) const {
 
 void Bitmap::SetPixel(int x, int y, uint32_t rgb) {
   if (x < 0 || y < 0 || x >= w_ || y >= h_) return;
+  Touch();
   px_[static_cast<size_t>(y) * w_ + x] = rgb & 0xFFFFFFu;
 }
 
-void Bitmap::Fill(uint32_t rgb) { std::fill(px_.begin(), px_.end(), rgb & 0xFFFFFFu); }
+void Bitmap::Fill(uint32_t rgb) {
+  Touch();
+  std::fill(px_.begin(), px_.end(), rgb & 0xFFFFFFu);
+}
 
 void Bitmap::FillRect(int x, int y, int w, int h, uint32_t rgb) {
   int x1 = std::max(x, 0), y1 = std::max(y, 0);
@@ -88,6 +94,7 @@ std::vector<uint8_t> Bitmap::GetBits() const {
 }
 
 void Bitmap::SetBits(std::span<const uint8_t> bgrx) {
+  Touch();
   size_t n = std::min(bgrx.size() / 4, px_.size());
   if (n) std::memcpy(px_.data(), bgrx.data(), n * 4);
 }
@@ -240,6 +247,49 @@ void BitBlt(Bitmap& dst, int dx, int dy, int w, int h, const Bitmap* src, int sx
   }
 }
 
+namespace {
+
+// Where a mask and sprite rectangle change anything: per row, the columns from
+// the first to the last pixel whose mask is not white or whose sprite is not
+// black. Elsewhere (dst AND white) OR black leaves the colour as it is, so the
+// copy skips it. Kept per content of the two sheets (their generations).
+struct SpanKey {
+  uint64_t maskGen, spriteGen;
+  int mx, my, sx, sy, w, h;
+  bool operator==(const SpanKey&) const = default;
+};
+struct SpanKeyHash {
+  size_t operator()(const SpanKey& k) const {
+    uint64_t v = k.maskGen * 0x9E3779B97F4A7C15ull ^ k.spriteGen;
+    for (int p : {k.mx, k.my, k.sx, k.sy, k.w, k.h}) v = (v ^ static_cast<uint32_t>(p)) * 0x100000001B3ull;
+    return static_cast<size_t>(v ^ (v >> 29));
+  }
+};
+using RowSpans = std::vector<std::pair<int, int>>;  // [first, end) a row, first == end: none
+
+const RowSpans& ActiveSpans(const Bitmap& mask, int mx, int my, const Bitmap& sprite, int sx, int sy, int w,
+                            int h) {
+  thread_local std::unordered_map<SpanKey, RowSpans, SpanKeyHash> cache;
+  const SpanKey key{mask.Generation(), sprite.Generation(), mx, my, sx, sy, w, h};
+  if (auto it = cache.find(key); it != cache.end()) return it->second;
+  if (cache.size() > 4096) cache.clear();
+  RowSpans spans(static_cast<size_t>(h), {0, 0});
+  for (int r = 0; r < h; ++r) {
+    const uint32_t* m = mask.Row(my + r) + mx;
+    const uint32_t* sp = sprite.Row(sy + r) + sx;
+    int first = -1, last = -1;
+    for (int c = 0; c < w; ++c)
+      if ((m[c] & 0xFFFFFFu) != 0xFFFFFFu || sp[c] != 0) {
+        if (first < 0) first = c;
+        last = c;
+      }
+    if (first >= 0) spans[static_cast<size_t>(r)] = {first, last + 1};
+  }
+  return cache.emplace(key, std::move(spans)).first->second;
+}
+
+}  // namespace
+
 void MaskedBlt(Bitmap& dst, int dx, int dy, int w, int h, const Bitmap& mask, int mx, int my,
                const Bitmap& sprite, int sx, int sy) {
   int ax = dx, ay = dy, aw = w, ah = h, amx = mx, amy = my;
@@ -257,7 +307,21 @@ void MaskedBlt(Bitmap& dst, int dx, int dy, int w, int h, const Bitmap& mask, in
   uint32_t* d = dst.Row(ay) + ax;
   const uint32_t* m = mask.Row(amy) + amx;
   const uint32_t* sp = sprite.Row(bsy) + bsx;
-  for (int r = 0; r < ah; ++r, d += ds, m += ms, sp += ss) MaskRow(d, m, sp, aw);
+  const bool whole = mx >= 0 && my >= 0 && sx >= 0 && sy >= 0 && w > 0 && h > 0 &&
+                     int64_t{mx} + w <= mask.Width() && int64_t{my} + h <= mask.Height() &&
+                     int64_t{sx} + w <= sprite.Width() && int64_t{sy} + h <= sprite.Height();
+  if (!whole) {
+    for (int r = 0; r < ah; ++r, d += ds, m += ms, sp += ss) MaskRow(d, m, sp, aw);
+    return;
+  }
+  // Both sources hold the whole rectangle: only the changing spans of each row.
+  const RowSpans& spans = ActiveSpans(mask, mx, my, sprite, sx, sy, w, h);
+  const int offX = ax - dx, offY = ay - dy;
+  for (int r = 0; r < ah; ++r, d += ds, m += ms, sp += ss) {
+    const auto [f, e] = spans[static_cast<size_t>(offY + r)];
+    const int c0 = std::max(f, offX) - offX, c1 = std::min(e, offX + aw) - offX;
+    if (c0 < c1) MaskRow(d + c0, m + c0, sp + c0, c1 - c0);
+  }
 }
 
 void StretchBlt(Bitmap& dst, int dx, int dy, int dw, int dh, const Bitmap& src, int sx, int sy,

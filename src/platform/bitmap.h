@@ -3,6 +3,7 @@
 // editor draws is built from these operations.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -34,10 +35,17 @@ class Bitmap {
   int Height() const { return h_; }
   bool Empty() const { return w_ <= 0 || h_ <= 0; }
 
-  // Pixels as 0x00RRGGBB words, row after row from the top.
-  uint32_t* Row(int y) { return px_.data() + static_cast<size_t>(y) * w_; }
+  // Pixels as 0x00RRGGBB words, row after row from the top. Writable access
+  // counts as a change (see Generation), so take it anew for each change.
+  uint32_t* Row(int y) {
+    Touch();
+    return px_.data() + static_cast<size_t>(y) * w_;
+  }
   const uint32_t* Row(int y) const { return px_.data() + static_cast<size_t>(y) * w_; }
-  std::vector<uint32_t>& Pixels() { return px_; }
+  std::vector<uint32_t>& Pixels() {
+    Touch();
+    return px_;
+  }
   const std::vector<uint32_t>& Pixels() const { return px_; }
 
   uint32_t GetPixel(int x, int y) const;          // 0 outside the bitmap
@@ -54,7 +62,19 @@ class Bitmap {
 
   bool operator==(const Bitmap& o) const { return w_ == o.w_ && h_ == o.h_ && px_ == o.px_; }
 
+  // A number that names the present content: it changes with every change
+  // (or writable access) and is shared only by copies of the same content.
+  // Lets the drawing code keep facts about a sheet's pixels between calls.
+  uint64_t Generation() const { return gen_; }
+
  private:
+  static uint64_t NextGeneration() {
+    static std::atomic<uint64_t> counter{0};
+    return counter.fetch_add(1, std::memory_order_relaxed) + 1;
+  }
+  void Touch() { gen_ = NextGeneration(); }
+
+  uint64_t gen_ = NextGeneration();
   int w_ = 0, h_ = 0;
   std::vector<uint32_t> px_;
 };
