@@ -191,7 +191,7 @@ TEST(JumpMap, FlagViewsOnTheMapBitmap) {
   ASSERT_TRUE(ZoomFlags(s, 0));
   ASSERT_TRUE(FileExists(s.App("maps/none.bmp")));
   const Bitmap& p = s.jump.Picture2;
-  EXPECT_EQ(p.GetPixel(2, 2), 0xFFFFC0u);
+  EXPECT_EQ(p.GetPixel(2, 2), 0xC0FFFFu);
   EXPECT_EQ(p.GetPixel(3, 2), 0xFFFFFFu);
   EXPECT_EQ(d.ObjCount, 4);
   // View 0: every objective but oil, at the pixel numbered like the hex.

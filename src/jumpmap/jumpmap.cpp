@@ -132,10 +132,11 @@ bool ZoomFlags(Session& s, int16_t view, std::string* err) {
   const std::string bmpPath = CutExt(dlgFile, 3, "bmp");
   std::string e;
   if (!FileExists(dlgFile)) {
-    // No map file: a plain bitmap of the map first, sea apart from land.
+    // No map file: a plain bitmap of the map first, the sea pale blue
+    // (0xFFFFC0 as the window system writes colours, blue in the high byte).
     for (int x = 0; x <= d.MapMaxX; ++x)
       for (int y = 0; y <= d.MapMaxY; ++y)
-        j.Picture2.SetPixel(x, y, d.HexInfo(x, y, 0) == 0 ? 0xFFFFC0u : 0xFFFFFFu);
+        j.Picture2.SetPixel(x, y, d.HexInfo(x, y, 0) == 0 ? RGB(0xC0, 0xFF, 0xFF) : 0xFFFFFFu);
     if (!WriteBmpFile(bmpPath, j.Picture2, &e)) {
       if (err) *err = e;
       return false;
