@@ -16,6 +16,7 @@
 #include "scenario/scenario_text.h"
 #include "session.h"
 #include "testutil.h"
+#include "view/scrolling.h"
 
 using namespace kv;
 using kvtest::PgScn;
@@ -300,4 +301,49 @@ TEST(ScenarioImport, RefusedMapOverwriteLeavesTheScenarioUnfinished) {
   // The next Save As still finishes it.
   ASSERT_TRUE(SaveMapAs(s, f.maps.path(), "mine"));
   EXPECT_EQ(f.Text(f.maps / "mine.oob"), f.ExpectedOob());
+}
+
+TEST(ScenarioImport, AViewBeyondTheImportedMapComesBackToItsEdge) {
+  ImportFixture f;
+  Session& s = *f.s;
+  f.WriteSet();
+  // A large map scrolled far to the right and down.
+  s.doc.MapMaxX = 199;
+  s.doc.MapMaxY = 149;
+  s.doc.MapFile = "big.map";
+  s.doc.MapPath = f.maps / "big.map";
+  NewMap(s);
+  SetScrollValue(s, Bar::H, 150);
+  SetScrollValue(s, Bar::V, 120);
+  ASSERT_EQ(s.view.ViewX, 150);
+  const int cols = s.view.ViewCols, rows = s.view.ViewRows;
+  ASSERT_TRUE(f.Import());
+  // The set's map of 8 x 5 hexes is narrower than the view: both origins go to 0.
+  EXPECT_EQ(s.view.ViewX, 0);
+  EXPECT_EQ(s.view.ViewY, 0);
+  EXPECT_EQ(s.view.HScroll1.Value, 0);
+  EXPECT_EQ(s.view.VScroll1.Value, 0);
+
+  // A set larger than the view keeps an origin that still fits, and one
+  // beyond the edge stops at the last column and row the bars reach.
+  f.set.W = static_cast<int16_t>(cols + 10);
+  f.set.H = static_cast<int16_t>(rows + 6);
+  f.set.tiles.assign(f.set.N(), 1);
+  f.set.owners.assign(f.set.N(), 0);
+  f.WriteSet();
+  ASSERT_TRUE(f.Import());
+  SetScrollValue(s, Bar::H, 4);
+  ASSERT_TRUE(f.Import());
+  EXPECT_EQ(s.view.ViewX, 4);
+  s.doc.MapMaxX = 199;
+  s.doc.MapMaxY = 149;
+  s.doc.MapPath = f.maps / "big.map";
+  NewMap(s);
+  SetScrollValue(s, Bar::H, 150);
+  SetScrollValue(s, Bar::V, 120);
+  ASSERT_TRUE(f.Import());
+  EXPECT_EQ(s.view.ViewX, s.doc.MapMaxX - cols);
+  EXPECT_EQ(s.view.ViewY, s.doc.MapMaxY - rows);
+  EXPECT_EQ(s.view.HScroll1.Value, s.view.ViewX);
+  EXPECT_EQ(s.view.VScroll1.Value, s.view.ViewY);
 }

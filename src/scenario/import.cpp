@@ -1,5 +1,7 @@
 #include "scenario/import.h"
 
+#include <algorithm>
+
 #include "document/document_ops.h"
 #include "document/namestore.h"
 #include "jumpmap/jumpmap.h"
@@ -51,6 +53,14 @@ void ReplaceDocument(Session& s, Document&& m) {
   d.HexAIDist = std::move(m.HexAIDist);
   d.HexContour = std::move(m.HexContour);
   SetScrollRanges(s);
+  // A view origin beyond the new map's edge comes back to the last place
+  // the scroll bars reach, as the bars do with a value above their maximum.
+  ViewState& v = s.view;
+  const int lastX = std::max<int>(0, v.ViewMaxX), lastY = std::max<int>(0, v.ViewMaxY);
+  if (v.ViewX > lastX) v.ViewX = v.HScroll1.Value = lastX;
+  if (v.ViewY > lastY) v.ViewY = v.VScroll1.Value = lastY;
+  s.ui().Changed("HScroll1");
+  s.ui().Changed("VScroll1");
   AfterDocumentReplaced(s);
   // The jump map is drawn anew; its loading rebuilds the objective table.
   LoadForm5(s);
