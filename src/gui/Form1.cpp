@@ -202,9 +202,10 @@ void Form1::BuildControls() {
   auto* c = new QWidget(this);
   c->setObjectName(QStringLiteral("centralwidget"));
   setCentralWidget(c);
-  // The design sizes are made for a small 8-point face.
+  // The design sizes are made for a small, narrow 8-point face.
   QFont small = c->font();
   small.setPointSize(8);
+  small.setStretch(QFont::SemiCondensed);
   c->setFont(small);
   auto edit = [c](const char* name, const char* text, int tw, int th) {
     auto* e = new QLineEdit(QString::fromLatin1(text), c);
