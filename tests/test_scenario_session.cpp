@@ -347,3 +347,22 @@ TEST(ScenarioImport, AViewBeyondTheImportedMapComesBackToItsEdge) {
   EXPECT_EQ(s.view.HScroll1.Value, s.view.ViewX);
   EXPECT_EQ(s.view.VScroll1.Value, s.view.ViewY);
 }
+
+TEST(ScenarioImport, AnOrderOfBattleGoneBeforeSaveAsIsReportedAndTheScenarioStillWritten) {
+  ImportFixture f;
+  Session& s = *f.s;
+  f.WriteSet();
+  ASSERT_TRUE(f.Import());
+  kvtest::WriteText(f.maps / "gone.oob", "an order of battle of another map");
+  RemoveFile(f.app / "game015.oob");
+  ASSERT_TRUE(SaveMapAs(s, f.maps.path(), "gone"));
+  // The replace question first (answered OK), then what went wrong.
+  ASSERT_EQ(f.ui.messages.size(), 2u);
+  EXPECT_NE(f.ui.messages[1].find(f.app / "game015.oob"), std::string::npos) << f.ui.messages[1];
+  EXPECT_NE(f.ui.messages[1].find("gone missing"), std::string::npos) << f.ui.messages[1];
+  EXPECT_EQ(f.Text(f.maps / "gone.oob"), "an order of battle of another map");
+  EXPECT_EQ(f.Text(f.maps / "gone.scn"),
+            "gone.map\rgone.bmp\rgone.oob\rWeather,clear\rGround Conditions,dry\r"
+            "Weather Zone,moderate\rPolitics,False\rScenario Type,0\r");
+  EXPECT_TRUE(s.scn.SetPath.empty());
+}
