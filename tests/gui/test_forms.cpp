@@ -601,13 +601,15 @@ TEST(JumpMapWindow, MenusAndTheCountryList) {
   for (int i = 0; i < list->count(); ++i) names << list->item(i)->text();
   EXPECT_EQ(names, (QStringList{"Corvia", "Avaria", "Dremen", "Belmont"}));  // the file's order
   e.s().ed.dlg.DlgFile = e.app / "none.map";  // no map file: a plain picture of it first
+  e.s().doc.HexInfo(5, 7, 0) = 1;               // land
+  e.s().doc.HexInfo(6, 7, 0) = 0;               // sea
   ClickRow(list, 1);
   EXPECT_EQ(e.p().CurNation, 2);
   EXPECT_TRUE(list->isHidden());
   // The map's own bitmap, a pixel a hex, land white and sea pale blue.
   EXPECT_TRUE(FileExists(e.app / "none.bmp"));
-  const uint32_t land = e.s().doc.HexInfo(5, 7, 0) == 0 ? 0xFFFFC0u : 0xFFFFFFu;
-  EXPECT_EQ(f5->image().pixel(5, 7) & 0xFFFFFFu, land);
+  EXPECT_EQ(f5->image().pixel(5, 7) & 0xFFFFFFu, 0xFFFFFFu);
+  EXPECT_EQ(f5->image().pixel(6, 7) & 0xFFFFFFu, 0xC0FFFFu);
 
   // Hide unloads the window; the next key brings the jump map back, hidden.
   e.action("StrategicHide")->trigger();
