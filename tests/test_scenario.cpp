@@ -479,3 +479,81 @@ TEST(ScenarioFaults, ScenarioFilesThatEndEarlyOrPointOutside) {
   ASSERT_TRUE(top.Run()) << top.err;
   EXPECT_EQ(top.out.units[0].name, "Last                ");
 }
+
+// Every length of a file is either read whole or refused with a message
+// naming the file: no length makes a reader run past the end.
+TEST(ScenarioFaults, EveryTruncationIsReadWholeOrRefused) {
+  PgSet set;
+  set.W = 4;
+  set.H = 3;
+  set.tiles.assign(set.N(), 5);
+  PgScn scn;
+  scn.deployN = 3;
+  scn.deployPairs = {{1, 1}, {2, 2}, {3, 3}};
+  scn.units.assign(3, PgUnit{});
+  scn.units[1].type = 2;
+  const Import whole = Basic(scn, set);
+  const uint64_t u = 119 + 4 * 3 + 16;  // the first unit record
+
+  for (size_t len = 0; len < whole.set.size(); ++len) {
+    Import im = whole;
+    im.set.resize(len);
+    ASSERT_FALSE(im.Run()) << "set of " << len << " bytes";
+    EXPECT_EQ(im.err.rfind("t/x15.set", 0), 0u) << im.err;
+  }
+  for (size_t len = 0; len <= whole.scn.size(); ++len) {
+    Import im = whole;
+    im.scn.resize(len);
+    const bool ok = im.Run();
+    const bool wholeRecords = len >= u && ((len - u) % 14 == 0 || (len - u) % 14 == 1);
+    ASSERT_EQ(ok, wholeRecords) << "scenario of " << len << " bytes: " << im.err;
+    if (ok)
+      EXPECT_EQ(im.out.units.size(), (len - u) / 14);
+    else
+      EXPECT_EQ(im.err.rfind("t/game015.scn", 0), 0u) << im.err;
+  }
+  // The names needed are those of equipment 0 and 2: the table must reach
+  // the end of the third name.
+  for (size_t len = 0; len <= whole.eqp.size(); ++len) {
+    Import im = whole;
+    im.eqp.resize(len);
+    ASSERT_EQ(im.Run(), len >= 2 + 50 * 2 + 20) << "equipment table of " << len << " bytes";
+    if (!im.err.empty()) EXPECT_EQ(im.err.rfind("app/data/panzequp.eqp", 0), 0u) << im.err;
+  }
+}
+
+// Damaged bytes anywhere in the set or the scenario give either a document
+// or a message naming one of the files, never anything else.
+TEST(ScenarioFaults, DamagedBytesGiveADocumentOrAMessage) {
+  PgSet set;
+  set.W = 3;
+  set.H = 2;
+  set.tiles.assign(set.N(), 7);
+  set.owners.assign(set.N(), 1);
+  PgScn scn;
+  scn.objectives = {{1, 1}};
+  scn.deployN = 2;
+  scn.deployPairs = {{0, 0}, {1, 1}};
+  scn.units.assign(4, PgUnit{});
+  const Import whole = Basic(scn, set);
+  uint32_t seed = 12345;
+  auto next = [&] { return seed = seed * 1664525u + 1013904223u; };
+  int refused = 0;
+  for (int round = 0; round < 3000; ++round) {
+    Import im = whole;
+    auto& bytes = (round % 2) ? im.scn : im.set;
+    for (int k = 0; k < 1 + round % 4; ++k) bytes[next() % bytes.size()] = static_cast<uint8_t>(next() >> 24);
+    if (im.Run()) {
+      const Document& d = im.doc();
+      EXPECT_EQ(d.HexTile.W(), d.MapMaxX + 1);
+      EXPECT_EQ(im.out.units.size(), (im.scn.size() - im.out.scn.unitsAt) / 14);
+      for (const OobUnit& unit : im.out.units) EXPECT_EQ(unit.name.size(), 20u);
+    } else {
+      ++refused;
+      const bool named = im.err.rfind("t/x15.set", 0) == 0 || im.err.rfind("t/game015.scn", 0) == 0 ||
+                         im.err.rfind("app/data/panzequp.eqp", 0) == 0;
+      EXPECT_TRUE(named) << im.err;
+    }
+  }
+  EXPECT_GT(refused, 100);  // the damage does reach the checks
+}
