@@ -407,7 +407,8 @@ TEST(ScenarioFaults, SetFilesThatDoNotFit) {
   fails(set.Bytes(), Ref(300), "0..255");
   set.tiles = {255};
   {
-    MemSource src(set.Bytes());
+    const std::vector<uint8_t> bytes = set.Bytes();
+    MemSource src(bytes);
     SetMap m;
     EXPECT_TRUE(ReadSetFile(src, "x", Ref(300), m, nullptr));
   }
