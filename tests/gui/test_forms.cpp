@@ -218,6 +218,14 @@ TEST(TilePickerWindow, RightClickTakesThePenAndPopsUpTheOptionsLeavingTheModes) 
   QStringList entries;
   for (QAction* a : e.child<QMenu>("Form2", "mOptions")->actions()) entries << a->text();
   EXPECT_EQ(entries, (QStringList{"Terrain Type", "Road Connections", "Tile Patterns"}));
+  // Each entry opens its tile data screen on the pen.
+  QAction* roads = e.child<QMenu>("Form2", "mOptions")->findChild<QAction*>("mRoads");
+  ASSERT_TRUE(roads->isEnabled());
+  roads->trigger();
+  Settle();
+  EXPECT_EQ(e.s().ed.picker.RoadFormOpen, 1);
+  ASSERT_NE(e.form("Form11", false), nullptr);
+  EXPECT_TRUE(e.form("Form11", false)->isVisible());
 }
 
 TEST(TilePickerWindow, CaptionReadsOutTheTileUnderThePointer) {
