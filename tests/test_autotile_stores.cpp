@@ -236,3 +236,26 @@ TEST(StoreFolder, MissingMapeditGivesOneMessageAndNoCrash) {
   }
   EXPECT_FALSE(a.Exists("mapedit"));  // nothing makes the store folder itself
 }
+
+TEST(StoreCache, AFolderRemovedBehindItsBackIsMadeAgainAsWithoutTheCache) {
+  for (bool cache : {true, false}) {
+    AutoApp a;
+    Session& s = *a.s;
+    SetStoreCache(s, cache);
+    a.p().CurTile = tl::Forest;
+    int16_t t = -1;
+    AutoDrawTile(s, 4, 4, t);  // no list, nothing learned: the search leaves an empty file
+    EXPECT_EQ(t, -1);
+    ASSERT_EQ(a.Text("mapedit/tilep08/000000.txt"), "\"-1\"\r\n");
+    a.Write("mapedit/tilep08/000000.txt", "0-0-0-0-0-0,9\r\n-1\r\n");
+    AutoDrawTile(s, 4, 4, t);
+    EXPECT_EQ(t, tl::Forest2) << cache;
+    fs::remove_all(a.App("mapedit/tilep08"));
+    a.ui.messages.clear();
+    t = -1;
+    AutoDrawTile(s, 4, 4, t);
+    EXPECT_EQ(t, -1) << cache;
+    EXPECT_EQ(a.Text("mapedit/tilep08/000000.txt"), "\"-1\"\r\n") << cache;
+    EXPECT_TRUE(a.ui.messages.empty()) << cache;
+  }
+}

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <memory>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "platform/bytes.h"
@@ -41,6 +42,9 @@ struct PatternStoreState {
     std::shared_ptr<const List> list;
   };
   std::unordered_map<std::string, Entry> files;
+  // Folders seen or made. Nothing of ours removes a folder; should someone
+  // else, a write into it makes it again (WriteWhole's callers below).
+  std::unordered_set<std::string> folders;
 
   void Forget(const std::string& path) { files.erase(path); }
 };
@@ -63,9 +67,18 @@ bool ReadWhole(const std::string& path, std::vector<uint8_t>& out) {
   return src.read(out.data(), out.size());
 }
 
-// Writes a whole small file; false when it cannot be made.
+// Writes a whole small file; false when it cannot be made. A store folder
+// removed behind our back since it was last seen is made again first, as the
+// search that found it missing would have done.
 bool WriteWhole(const std::string& path, std::string_view bytes) {
   FILE* f = std::fopen(path.c_str(), "wb");
+  if (!f) {
+    const std::filesystem::path dir = std::filesystem::path(path).parent_path();
+    std::error_code ec;
+    if (!dir.empty() && dir.parent_path().filename() == "mapedit" && !std::filesystem::exists(dir, ec) &&
+        std::filesystem::create_directory(dir, ec))
+      f = std::fopen(path.c_str(), "wb");
+  }
   if (!f) return false;
   const bool ok = std::fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size();
   return std::fclose(f) == 0 && ok;
@@ -159,9 +172,8 @@ std::string SideDigits(const std::array<bool, 6>& match) {
 }
 
 std::string TerrainNN(int terrain) {
-  char b[16];
-  std::snprintf(b, sizeof b, "%02d", terrain);
-  return b;
+  if (terrain >= 0 && terrain < 100) return {static_cast<char>('0' + terrain / 10), static_cast<char>('0' + terrain % 10)};
+  return std::to_string(terrain);
 }
 
 std::string TileListPath(const Session& s, int terrain, const std::string& digits) {
@@ -169,13 +181,23 @@ std::string TileListPath(const Session& s, int terrain, const std::string& digit
 }
 
 void EnsureFolder(Session& s, const std::string& folder) {
+  PatternStoreState& st = State(s);
+  if (st.cacheOn && st.folders.count(folder)) return;
   std::string dir = folder;
   while (dir.size() > 1 && (dir.back() == '/' || dir.back() == '\\')) dir.pop_back();
-  if (StampOf(dir).exists) return;
+  if (st.cacheOn && st.folders.count(dir)) return;
+  if (StampOf(dir).exists) {
+    if (st.cacheOn) st.folders.insert(folder);
+    return;
+  }
   // One level only: a missing "mapedit/" stays missing and is reported.
   std::error_code ec;
   std::filesystem::create_directory(dir, ec);
-  if (ec || !DirExists(dir)) ReportStoreProblem(s, dir);
+  if (ec || !DirExists(dir)) {
+    ReportStoreProblem(s, dir);
+    return;
+  }
+  if (st.cacheOn) st.folders.insert(folder);
 }
 
 // ---- Pattern files ----------------------------------------------------------
@@ -401,7 +423,10 @@ bool StoreProblemReported(Session& s) { return State(s).problemReported; }
 void SetStoreCache(Session& s, bool on) {
   PatternStoreState& st = State(s);
   st.cacheOn = on;
-  if (!on) st.files.clear();
+  if (!on) {
+    st.files.clear();
+    st.folders.clear();
+  }
 }
 
 uint64_t StoreCacheHits(Session& s) { return State(s).hits; }
