@@ -181,6 +181,8 @@ Form1::Form1(std::string appPath, QWidget* parent) : QMainWindow(parent) {
   hooks.ShowForm = [this](Session&, const std::string& form) { ShowForm(form); };
   hooks.ExportMapImage = [this](Session&) { ExportMapImage(); };
   hooks.DrawJumpBox = [this](Session&) { DrawJumpBox(); };
+  // The objective path view: a click on an objective loads its AI table.
+  hooks.LoadAITable = [](Session& s, int16_t x, int16_t y) { kv::LoadAITable(s, x, y); };
   hooks.TileDataGetStuff = [this](Session&, const std::string& form) {
     if (VbForm* f = FormByName(QString::fromStdString(form)))
       QMetaObject::invokeMethod(f->formWidget(), "GetStuff", Qt::DirectConnection);

@@ -19,6 +19,7 @@
 #include <memory>
 #include <sstream>
 
+#include "analysis/aitables.h"
 #include "document/startup.h"
 #include "gui/Form1.h"
 #include "gui/Form2.h"
@@ -447,6 +448,31 @@ TEST(MainMenu, EntriesOfThisPartAreLiveAndWork) {
   Key(e.child<QWidget>("Form1", "Picture1"), Qt::Key_Slash, "/");
   ASSERT_NE(e.form("Form8", false), nullptr);
   EXPECT_TRUE(e.form("Form8")->isVisible());
+}
+
+TEST(MainMenu, ObjectivePathViewLoadsTheClickedObjectivesTable) {
+  Editor e;
+  Document& d = e.s().doc;
+  d.HexCtl(4, 5, 0) = 1;
+  d.HexCtl(4, 5, 1) = 2;  // primary
+  d.HexCtl(9, 5, 0) = 2;
+  d.HexCtl(9, 5, 1) = 1;  // secondary
+  e.action("Obj_on")->trigger();
+  std::string out;
+  // No AI file yet: the message, and the field as it was.
+  d.HexAIDist(6, 5) = 77;
+  ASSERT_EQ(e.Run("clickhex 4 5\n", &out), 0) << out;
+  EXPECT_NE(out.find("msgbox: Create objective file then try again"), std::string::npos) << out;
+  EXPECT_EQ(d.HexAIDist(6, 5), 77);
+  EXPECT_EQ(d.HexCtl(4, 5, 1), 2);  // nothing is painted in this mode
+  ASSERT_TRUE(WriteAIFile(e.s(), 1));
+  ASSERT_EQ(e.Run("clickhex 4 5\n", &out), 0) << out;
+  EXPECT_EQ(out.find("msgbox"), std::string::npos) << out;
+  EXPECT_EQ(d.HexAIDist(4, 5), 0);  // the objective itself
+  EXPECT_EQ(d.HexAIDist(6, 5), 2);
+  ASSERT_EQ(e.Run("clickhex 9 5\n", &out), 0) << out;
+  EXPECT_EQ(d.HexAIDist(9, 5), 0);
+  EXPECT_EQ(d.HexAIDist(6, 5), 3);
 }
 
 TEST(GridWindow, ASizeBelowOneIsRefusedWithAMessageWhileTheGridIsOn) {
