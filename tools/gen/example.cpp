@@ -244,8 +244,9 @@ void Builder::LayTerrain() {
     else if (D(17, 22.5) < 2.4 && n > 0.3) t = kSwamp;
     else if (D(53, 30) < 2.0) t = kRough;
     else if (D(44, 18.5) < 1.5) t = kRough;
-    else if (D(inland_.x, Cy(inland_)) < 4.3 && n > 0.35) t = kFields;
-    else if (D(21, 34) < 2.8 && n > 0.3) t = kFields;
+    else if (D(inland_.x - 3, Cy(inland_) + 3.5) < 2.3) t = kFields;
+    else if (D(inland_.x + 4, Cy(inland_) - 2.5) < 1.7) t = kFields;
+    else if (D(21, 34) < 2.6) t = kFields;
     else if (D(30, 15.5) < 1.8) t = kHills;
     T(h) = t;
   });

@@ -180,12 +180,12 @@ double Shade(const std::function<double(double, double)>& h, double x, double y,
 void PaintHills(Cell& c, uint32_t seed) {
   // Rolling ground: a few low, broad swells, lit from the upper left, that
   // die away toward the edge so that neighbouring hills meet on level ground.
-  constexpr int kN = 5;
+  constexpr int kN = 3;
   double bx[kN], by[kN], br[kN], bh[kN];
   for (int i = 0; i < kN; ++i) {
     bx[i] = 12 + 36 * H01(i, 1, seed);
     by[i] = 10 + 30 * H01(i, 2, seed);
-    br[i] = 7 + 5 * H01(i, 3, seed);
+    br[i] = 11 + 5 * H01(i, 3, seed);
     bh[i] = 0.6 + 0.5 * H01(i, 4, seed);
   }
   auto h = [&](double x, double y) {
@@ -200,11 +200,14 @@ void PaintHills(Cell& c, uint32_t seed) {
     const double hv = h(x, y);
     C base = Mix(Col(0x8EAE54), Col(0xB4A862), Smooth(0.1, 0.7, hv));
     base = Mix(base, Col(0x9A9C58), 0.3 * Fbm(x / 8.0, y / 8.0, seed));
-    C col = Scale(base, Shade(h, x, y, 0.9));
+    C col = Scale(base, Shade(h, x, y, 0.7));
     if (H01(x, y, seed + 5) > 0.94) col = Mix(col, Col(0x6A7A3A), 0.5);
     c.at(x, y) = col;
   });
 }
+
+// The height at which mountain tiles meet each other along their edges.
+constexpr double kRockLevel = 0.3;
 
 // Mountain rock by height (0 at the foot, 1 on the peaks), shaded.
 C RockAt(double hv, double shade, int x, int y, uint32_t seed) {
@@ -216,23 +219,19 @@ C RockAt(double hv, double shade, int x, int y, uint32_t seed) {
   return col;
 }
 void PaintMountain(Cell& c, uint32_t seed, double scale = 1.0) {
-  double px[3], py[3], pr[3], ph[3];
-  for (int i = 0; i < 3; ++i) {
-    px[i] = 16 + 28 * H01(i, 5, seed);
-    py[i] = 12 + 24 * H01(i, 6, seed);
-    pr[i] = 12 + 8 * H01(i, 7, seed);
-    ph[i] = (0.6 + 0.45 * H01(i, 8, seed)) * scale;
-  }
+  // One peak off the centre and ridges of folded rock running out from it.
+  const double px = 22 + 16 * H01(1, 5, seed), py = 18 + 14 * H01(1, 6, seed);
+  const double ph = (0.22 + 0.15 * H01(1, 8, seed)) * scale;  // below the snow line
   auto h = [&](double x, double y) {
-    double v = 0;
-    for (int i = 0; i < 3; ++i) {
-      double d = std::sqrt((x - px[i]) * (x - px[i]) + (y - py[i]) * (y - py[i])) / pr[i];
-      v = std::max(v, ph[i] * std::pow(std::max(0.0, 1 - d), 1.2));
-    }
-    v += 0.06 * (VNoise(x / 3.0, y / 3.0, seed + 4) - 0.5);
-    return std::max(0.0, v) * Smooth(0.0, 0.4, 1 - EdgeDepth(x, y));
+    const double d = std::hypot(x - px, y - py) / 26;
+    const double ridge = 1 - std::abs(2 * Fbm(x / 10.0, y / 10.0, seed + 3) - 1);
+    double v = kRockLevel + ph * std::pow(std::max(0.0, 1 - d), 1.3) + 0.22 * (ridge - 0.45) * scale;
+    v += 0.05 * (VNoise(x / 3.0, y / 3.0, seed + 4) - 0.5);
+    // Toward the edge the ground settles to the level where every mountain
+    // tile meets its neighbours: bare rock, so that a range reads as one.
+    return kRockLevel + (std::max(kRockLevel, v) - kRockLevel) * Smooth(0.0, 0.45, 1 - EdgeDepth(x, y));
   };
-  ForHex([&](int x, int y) { c.at(x, y) = RockAt(h(x, y), Shade(h, x, y, 9), x, y, seed); });
+  ForHex([&](int x, int y) { c.at(x, y) = RockAt(h(x, y), Shade(h, x, y, 6), x, y, seed); });
 }
 
 // ---- Trees ---------------------------------------------------------------
@@ -375,12 +374,14 @@ void PaintRoad(Cell& c, const std::vector<int>& sides, int terrain, bool bridge)
   if (bridge) {
     // A stone bridge: the deck with dark parapets over the water.
     auto onBridge = [](double x, double y) {
-      return (x - kCentre.x) * (x - kCentre.x) + (y - kCentre.y) * (y - kCentre.y) < 10.5 * 10.5;
+      return (x - kCentre.x) * (x - kCentre.x) + (y - kCentre.y) * (y - kCentre.y) < 9.5 * 9.5;
     };
-    Stamp(c, paths, 4.6, Col(0x3E3A34), onBridge);
-    Stamp(c, paths, 3.5, Col(0xB8B2A6), onBridge);
+    Stamp(c, paths, 6.0, Col(0x3A3630), onBridge);
+    Stamp(c, paths, 4.9, Col(0xBCB6A8), onBridge);
+    Stamp(c, paths, 3.0, Col(kRoadEdge), [&](double x, double y) { return !onBridge(x, y); });
+  } else {
+    Stamp(c, paths, 3.0, Col(kRoadEdge));
   }
-  Stamp(c, paths, 3.0, Col(kRoadEdge));
   Stamp(c, paths, 1.9, Col(kRoadFill));
   if (sides.size() == 1) {  // a road end: a small turning place
     Disc(c, kCentre.x, kCentre.y, 4.2, Col(kRoadEdge));
@@ -514,7 +515,7 @@ struct Massif {
     // Two peaks on the key hexes and a ridge between them.
     const double p1x = OX + kCentre.x, p1y = OY + kCentre.y;
     const double p2x = OX + 45 + kCentre.x, p2y = OY - 25 + kCentre.y;
-    height.assign(FW * FH, 0);
+    height.assign(FW * FH, kRockLevel);  // also just outside, where the shading looks
     for (int y = 0; y < FH; ++y)
       for (int x = 0; x < FW; ++x) {
         if (!in[y * FW + x]) continue;
@@ -526,11 +527,12 @@ struct Massif {
         double vx = p2x - p1x, vy = p2y - p1y, t = ((x - p1x) * vx + (y - p1y) * vy) / (vx * vx + vy * vy);
         t = std::clamp(t, 0.0, 1.0);
         double rx = p1x + vx * t, ry = p1y + vy * t;
-        double v = std::max({cone(p1x, p1y, 62, 1.15), cone(p2x, p2y, 64, 1.25), cone(rx, ry, 50, 0.95)});
+        double v = std::max({cone(p1x, p1y, 80, 1.15), cone(p2x, p2y, 82, 1.25), cone(rx, ry, 60, 0.95)});
         v += 0.22 * (Fbm(x / 7.0, y / 7.0, 907) - 0.5);
         // spurs running out from the peaks
         v += 0.12 * std::sin(std::atan2(y - p1y, x - p1x) * 5 + 1.3) * Smooth(20, 45, std::hypot(x - p1x, y - p1y));
-        height[y * FW + x] = std::max(0.0, v) * Smooth(0, 22, dist[y * FW + x]);
+        height[y * FW + x] =
+            kRockLevel + (std::max(kRockLevel, v) - kRockLevel) * Smooth(0, 22, dist[y * FW + x]);
       }
   }
   double H(double x, double y) const {
