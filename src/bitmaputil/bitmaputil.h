@@ -75,8 +75,10 @@ int SectorCount(int size);
 // ---- Form4 -----------------------------------------------------------------
 
 void Form4_Load(Session& s);
-// FileExit: FromMapEdit off and the form gone with its pictures; the shared
-// state (ImageBits, BitmapName, the modes) stays.
+// The form goes with its pictures; the shared state (ImageBits, BitmapName,
+// the modes, PixelDone) stays.
+void Form4_Unload(Session& s);
+// Exit: FromMapEdit off, and the form unloaded.
 void FileExit_Click(Session& s);
 void Form4_Activate(Session& s);  // hides Frame1
 // The bars' maxima for a frame of frameW x frameH (Form_Load, Form_Resize).

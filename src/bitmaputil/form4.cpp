@@ -216,8 +216,7 @@ void Form4_Load(Session& s) {
   s.ui().Changed("Form4");
 }
 
-void FileExit_Click(Session& s) {
-  s.pens.FromMapEdit = 0;
+void Form4_Unload(Session& s) {
   BitmapUtilState& b = s.bmp;
   b.Loaded = false;
   b.Picture2 = Bitmap();
@@ -225,6 +224,12 @@ void FileExit_Click(Session& s) {
   b.Picture3 = Bitmap();
   b.Picture3Visible = false;
   b.ExtremeArmed = 0;
+  b.Caption = "Bitmap Utility";
+}
+
+void FileExit_Click(Session& s) {
+  s.pens.FromMapEdit = 0;
+  Form4_Unload(s);
   s.ui().Changed("Form4.Unload");
 }
 

@@ -26,8 +26,10 @@
 #include "gui/Form12.h"
 #include "gui/Form13.h"
 #include "gui/Form14.h"
+#include "gui/Form15.h"
 #include "gui/Form2.h"
 #include "gui/Form3.h"
+#include "gui/Form4.h"
 #include "gui/Form5.h"
 #include "gui/Form6.h"
 #include "gui/Form8.h"
@@ -68,7 +70,7 @@ const MenuEntry kMenu[] = {
     {"menu_file_save", "&Save Map File", 1, true},
     {"menu_file_save_as", "Save Map File &As", 1, true},
     {"openpgset", "Open PG set file", 1, true},
-    {"LoadBitmap", "Bitmap Utilities", 1, false},
+    {"LoadBitmap", "Bitmap Utilities", 1, true},
     {"mNewNations", "Open New Nations Set", 1, true},
     {"menu_file_exit", "E&xit", 1, true},
     {"mEdit", "&Edit", 0, true},
@@ -417,6 +419,8 @@ void Form1::Form_Unload() {
   if (unloaded_) return;
   unloaded_ = true;
   // Other forms first, then the name store; the sprite bank goes with the session.
+  for (QWidget* w : std::initializer_list<QWidget*>{form15_, form4_})
+    if (w) delete w;
   for (QWidget* w : std::initializer_list<QWidget*>{form2_, form3_, form5_, form8_, form9_, form10_, form12_, form11_,
                                                     form13_, form14_})
     if (w) delete w;
@@ -491,6 +495,15 @@ void Form1::SyncControls() {
 }
 
 void Form1::OnChanged(const std::string& what) {
+  // The bitmap utility and its colour dialog.
+  if (what.rfind("Form4", 0) == 0) {
+    if (form4_) form4_->OnChanged(what);
+    return;
+  }
+  if (what.rfind("Form15", 0) == 0) {
+    if (form15_) form15_->SyncControls();
+    return;
+  }
   if (what == "Picture1") {
     Picture1_->update();
   } else if (what == "Picture1.SetFocus") {
@@ -601,7 +614,9 @@ VbForm* Form1::FormByName(const QString& name, bool create, bool* known) {
   };
   if (get("Form2", form2_)) return form2_.data();
   if (get("Form3", form3_)) return form3_.data();
+  if (get("Form4", form4_)) return form4_.data();
   if (get("Form5", form5_)) return form5_.data();
+  if (get("Form15", form15_)) return form15_.data();
   if (get("Form8", form8_)) return form8_.data();
   if (get("Form9", form9_)) return form9_.data();
   if (get("Form10", form10_)) return form10_.data();
@@ -719,6 +734,7 @@ void Form1::menu_file_open_Click() { kv::menu_file_open_Click(*session_); }
 void Form1::menu_file_save_Click() { kv::menu_file_save_Click(*session_); SyncControls(); }
 void Form1::menu_file_save_as_Click() { kv::menu_file_save_as_Click(*session_); }
 void Form1::openpgset_Click() { kv::openpgset_Click(*session_); }
+void Form1::LoadBitmap_Click() { ShowForm("Form4"); }
 void Form1::mNewNations_Click() { kv::mNewNations_Click(*session_); }
 void Form1::menu_file_exit_Click() { close(); }
 void Form1::mUndo_Click() { kv::mUndo_Click(*session_); SyncControls(); }

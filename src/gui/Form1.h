@@ -25,6 +25,7 @@ class PictureBox;
 class LoadSave;
 class Form2;
 class Form3;
+class Form4;
 class Form5;
 class Form6;
 class Form8;
@@ -34,6 +35,7 @@ class Form11;
 class Form12;
 class Form13;
 class Form14;
+class Form15;
 
 class Form1 : public QMainWindow, public VbForm {
   Q_OBJECT
@@ -85,6 +87,7 @@ class Form1 : public QMainWindow, public VbForm {
   Q_INVOKABLE void menu_file_save_Click();
   Q_INVOKABLE void menu_file_save_as_Click();
   Q_INVOKABLE void openpgset_Click();
+  Q_INVOKABLE void LoadBitmap_Click();
   Q_INVOKABLE void mNewNations_Click();
   Q_INVOKABLE void menu_file_exit_Click();
   Q_INVOKABLE void mUndo_Click();
@@ -161,6 +164,7 @@ class Form1 : public QMainWindow, public VbForm {
   QPointer<Form6> form6_;
   QPointer<Form2> form2_;
   QPointer<Form3> form3_;
+  QPointer<Form4> form4_;
   QPointer<Form5> form5_;
   QPointer<Form8> form8_;
   QPointer<Form9> form9_;
@@ -169,6 +173,7 @@ class Form1 : public QMainWindow, public VbForm {
   QPointer<Form11> form11_;
   QPointer<Form13> form13_;
   QPointer<Form14> form14_;
+  QPointer<Form15> form15_;
 };
 
 }  // namespace kv::gui
