@@ -35,6 +35,7 @@ Form5::Form5(Session& s, QWidget* parent) : QMainWindow(parent, Qt::Window), s_(
   auto* c = new QWidget(this);
   c->setObjectName(QStringLiteral("centralwidget"));
   setCentralWidget(c);
+  c->installEventFilter(this);
   Picture1_ = new QWidget(c);
   Picture1_->setObjectName(QStringLiteral("Picture1"));
   Picture2_ = new PictureBox(QStringLiteral("Picture2"), Picture1_);
@@ -124,6 +125,16 @@ bool Form5::event(QEvent* e) {
   if (e->type() == QEvent::WindowActivate) Form_Activate();
   if (e->type() == QEvent::Show) QMetaObject::invokeMethod(this, &Form5::Form_Activate, Qt::QueuedConnection);
   return QMainWindow::event(e);
+}
+
+bool Form5::eventFilter(QObject* obj, QEvent* e) {
+  if (obj == centralWidget() && e->type() == QEvent::Paint && s_.jump.FormBox.shown) {
+    const DrawnBox& b = s_.jump.FormBox;
+    QPainter p(centralWidget());
+    p.setPen(QColor(QRgb(b.colour)));
+    p.drawRect(b.x1, b.y1, b.x2 - b.x1, b.y2 - b.y1);  // both corners included
+  }
+  return QMainWindow::eventFilter(obj, e);
 }
 
 void Form5::Form_Activate() {
@@ -220,6 +231,7 @@ void Form5::Refresh() {
     JumpScrollRanges(s_, l.Picture1.Width - kPictureBorder, l.Picture1.Height - kPictureBorder, false);
   }
   Picture2_->update();
+  centralWidget()->update();
   SyncControls();
 }
 

@@ -58,6 +58,9 @@ class Form5 : public QMainWindow, public VbForm {
 
  protected:
   bool event(QEvent* e) override;
+  // The form's own surface, under the frame: the box that the main window's
+  // redraw leaves there.
+  bool eventFilter(QObject* obj, QEvent* e) override;
   void resizeEvent(QResizeEvent* e) override;
   void closeEvent(QCloseEvent* e) override;
 

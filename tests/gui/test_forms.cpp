@@ -610,6 +610,26 @@ TEST(JumpMapWindow, AClickCentresTheMainViewClampedAtTheRangesEnd) {
   EXPECT_EQ(v.ViewY, std::max(v.VScroll1.Max, v.VScroll1.Min));
 }
 
+TEST(JumpMapWindow, TheMainViewsRedrawLeavesABoxOnTheFormsOwnSurface) {
+  Editor e(800, 600);
+  Key(e.child<QWidget>("Form1", "Picture1"), Qt::Key_F1);
+  auto* f5 = static_cast<gui::Form5*>(e.form("Form5", false));
+  ASSERT_NE(f5, nullptr);
+  e.child<QScrollBar>("Form1", "HScroll1")->setValue(6);
+  Settle();
+  const DrawnBox& b = e.s().jump.FormBox;
+  ASSERT_TRUE(b.shown);
+  EXPECT_EQ(b.x1, std::max(6 - e.s().jump.HScroll1.Value, 0));
+  // The surface alone, without the frame that covers it.
+  QWidget* c = f5->centralWidget();
+  QImage surface(c->size(), QImage::Format_RGB32);
+  surface.fill(Qt::white);
+  c->render(&surface, QPoint(), QRegion(), QWidget::DrawWindowBackground);
+  EXPECT_EQ(surface.pixel(b.x1, b.y1 + 1) & 0xFFFFFFu, 0u);
+  EXPECT_EQ(surface.pixel(b.x2, b.y2 - 1) & 0xFFFFFFu, 0u);
+  EXPECT_NE(surface.pixel(b.x1 + 2, b.y1 + 2) & 0xFFFFFFu, 0u);
+}
+
 TEST(JumpMapWindow, MenusAndTheCountryList) {
   Editor e(800, 600);
   e.action("StrategicShow")->trigger();
