@@ -414,13 +414,16 @@ void PaintPlainBase(Cell& c, int terrain, uint32_t seed) {
 
 // Sea meeting land on `land` sides (all six for a lake).
 void PaintCoast(Cell& c, const std::vector<int>& land, uint32_t seed) {
-  const double thr = 0.72;
+  // The shore runs well inside the sea hex, so that a coast reads as a line
+  // of its own and not as the outline of the hexes; it still meets each side
+  // of a sea neighbour short of that side's middle.
+  const double thr = 0.66;
   ForHex([&](int x, int y) {
-    double f = BandValue(land, x, y, seed);
+    double f = MaxDepth(land, x, y) + EdgeNoise(x, y, seed, 0.22);
     C col;
-    if (f > thr + 0.08) col = ClearAt(x, y, seed);
+    if (f > thr + 0.09) col = ClearAt(x, y, seed);
     else if (f > thr) col = SandAt(x, y, seed);
-    else if (f > thr - 0.025) col = Col(0xC8E2F0);  // surf
+    else if (f > thr - 0.035) col = Col(0xC8E2F0);  // surf
     else col = Mix(SeaAt(x, y, seed), Col(0x4A8AC0), Smooth(thr - 0.25, thr, f) * 0.7);
     c.at(x, y) = col;
   });
