@@ -11,6 +11,7 @@
 #include <QMenuBar>
 #include <QMouseEvent>
 #include <QScrollBar>
+#include <QTimer>
 #include <cstdlib>
 #include <memory>
 #include <sstream>
@@ -20,6 +21,7 @@
 #include "gui/Form4.h"
 #include "gui/qtui.h"
 #include "gui/script.h"
+#include "gui/vbform.h"
 #include "platform/fileio.h"
 #include "session.h"
 #include "testutil.h"
@@ -27,6 +29,7 @@
 using namespace kv;
 using kv::gui::Form1;
 using kv::gui::Form4;
+using kv::gui::VbForm;
 
 namespace {
 
@@ -177,6 +180,36 @@ TEST(Form4Window, ThePictureScrollsAndAnswersThePointer) {
   EXPECT_EQ(shot.pixel(p2->mapTo(e.Utility(), QPoint(kBorder + 300, kBorder + 200))) & 0xFFFFFF,
             pic.GetPixel(300, 200));
   EXPECT_EQ(shot.pixel(p2->mapTo(e.Utility(), QPoint(kBorder + 310, kBorder + 205))) & 0xFFFFFF, RGB(0, 255, 0));
+}
+
+TEST(Form4Window, LoadBitmapWaitsForTheDialogsAnswer) {
+  Editor e;
+  e.Picture(Gradient(5, 3), "wait.bmp");
+  gui::Script().active = false;  // the window system's own modal loop
+  bool answered = false;
+  QTimer::singleShot(0, [&] {
+    VbForm* dlg = e.f->FormByName(QStringLiteral("LoadSave"), false);
+    if (!dlg || !dlg->formWidget()->isVisible()) return;
+    QString err;
+    QWidget* w = dlg->formWidget();
+    gui::SetControlProperty(*dlg, gui::FindControl(w, QStringLiteral("Dir1")), QStringLiteral("Path"),
+                            QString::fromStdString(e.pics.path()), &err);
+    gui::SetControlProperty(*dlg, gui::FindControl(w, QStringLiteral("Text1")), QStringLiteral("Text"),
+                            QStringLiteral("wait"), &err);
+    answered = gui::InvokeHandler(w, QStringLiteral("Command1_Click"), {}, &err);
+  });
+  // Whatever goes wrong, no window stays waiting for a user.
+  QTimer safety;
+  QObject::connect(&safety, &QTimer::timeout, [] {
+    if (QWidget* m = QApplication::activeModalWidget()) m->close();
+  });
+  safety.start(3000);
+  e.Utility()->LoadBitmap_Click();
+  gui::Script().active = true;
+  EXPECT_TRUE(answered);
+  EXPECT_EQ(e.s().bmp.BitmapName, "wait.bmp");
+  EXPECT_EQ(e.s().bmp.Picture2.Width(), 5);
+  EXPECT_EQ(e.Utility()->windowTitle(), "wait.bmp");
 }
 
 TEST(Form4Window, KeysBAndNStepTheMainWindowsPen) {
