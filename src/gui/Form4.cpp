@@ -84,6 +84,7 @@ Form4::Form4(Session& s, QWidget* parent) : QMainWindow(parent, Qt::Window), s_(
   Frame1_ = new QGroupBox(QStringLiteral("Color Reduction Value"), c);
   Frame1_->setObjectName(QStringLiteral("Frame1"));
   Frame1_->setGeometry(16, 16, 190, 64);
+  Frame1_->setAutoFillBackground(true);  // it stands over the picture
   Text1_ = new QLineEdit(Frame1_);
   Text1_->setObjectName(QStringLiteral("Text1"));
   Text1_->setGeometry(10, 26, 90, 26);

@@ -268,6 +268,14 @@ TEST(Form4Window, ReplaceColourByScriptWithForm15) {
             "Form15.Frame1.BackColor=458952\n"
             "Form15.Visible=0\n"
             "Form4.Picture2.Point(0,0)=458952\nForm4.Picture2.Point(1,0)=2036746\nForm4.Caption=2\n");
+  // The preview shows the colour of the boxes.
+  QWidget* dlg = e.f->FormByName(QStringLiteral("Form15"), false)->formWidget();
+  dlg->show();
+  Settle();
+  QWidget* preview = dlg->findChild<QWidget*>(QStringLiteral("Frame1"));
+  const QImage shot = dlg->grab().toImage();
+  EXPECT_EQ(shot.pixel(preview->geometry().center()) & 0xFFFFFF, RGB(200, 0, 7));
+  if (const char* dir = std::getenv("KV_SHOT_DIR")) shot.save(QString::fromLocal8Bit(dir) + "/form15.png");
 }
 
 TEST(Form4Window, NotABitmapByScriptKeepsThePicture) {
@@ -338,10 +346,18 @@ TEST(Form4Window, IconStripShownUnderThePicture) {
   const QPoint p2At = p2->mapTo(u, QPoint(0, 0)), p3At = p3->mapTo(u, QPoint(0, 0));
   EXPECT_EQ(p3At.x(), p2At.x());
   EXPECT_EQ(p3At.y(), p2At.y() + p2->height());
+  // The colour reduction value's entry stands over the picture.
+  u->ChangeCRV_Click();
+  Settle();
+  auto* frame = e.Child<QWidget>("Frame1");
+  ASSERT_FALSE(frame->isHidden());
   const QImage shot = u->grab().toImage();
+  const QPoint inFrame = frame->mapTo(u, QPoint(frame->width() / 2, 4));
+  EXPECT_NE(shot.pixel(inFrame) & 0xFFFFFF, e.s().bmp.Picture2.GetPixel(inFrame.x() - p2At.x() - kBorder,
+                                                                       inFrame.y() - p2At.y() - kBorder));
   const Bitmap& strip = e.s().bmp.Picture3;
   for (QPoint q : {QPoint(5, 5), QPoint(85, 20), QPoint(399, 49)})
     EXPECT_EQ(shot.pixel(p3At + QPoint(kBorder, kBorder) + q) & 0xFFFFFF, strip.GetPixel(q.x(), q.y()));
-  EXPECT_EQ(shot.pixel(p2At + QPoint(kBorder + 100, kBorder + 60)) & 0xFFFFFF, e.s().bmp.Picture2.GetPixel(100, 60));
+  EXPECT_EQ(shot.pixel(p2At + QPoint(kBorder + 220, kBorder + 120)) & 0xFFFFFF, e.s().bmp.Picture2.GetPixel(220, 120));
   if (const char* dir = std::getenv("KV_SHOT_DIR")) shot.save(QString::fromLocal8Bit(dir) + "/form4.png");
 }
