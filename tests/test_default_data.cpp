@@ -12,6 +12,7 @@
 #include <set>
 
 #include "../tools/gen/art.h"
+#include "analysis/roadcheck.h"
 #include "autotile/engine.h"
 #include "autotile/passes.h"
 #include "document/fileflow.h"
@@ -528,5 +529,10 @@ TEST(DefaultData, ExampleMapIsReproducibleAndShowsEverything) {
   EXPECT_EQ(deploy, (std::set<int>{1, 2}));
   EXPECT_GE(names, 8);
   EXPECT_EQ(doc.ObjCount, 7);
+  // A map ready for the game: no road ends inside it, every road and
+  // built-up hex has an owner and no other hex has one.
+  const std::vector<HexFault> faults = FindAllFaults(s);
+  EXPECT_TRUE(faults.empty()) << faults.size() << " faults, the first at " << faults.front().x << ","
+                              << faults.front().y << ": " << FaultReason(faults.front().kind);
 }
 #endif

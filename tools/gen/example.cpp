@@ -186,7 +186,7 @@ class Builder {
   Hex keyPeak_{49, 12}, inland_{31, 25}, town_{51, 26}, villageN_{27, 9}, villageS_{41, 33};
 
   Hex port_{-1, -1};
-  Hex bridgeW_{}, bridgeE_{}, oil_{53, 30};
+  Hex bridgeW_{}, bridgeE_{}, oil_{};
 };
 
 int Bits(const std::vector<int>& sides) {
@@ -373,12 +373,13 @@ void Builder::People() {
     d_.HexCtl(h.x, h.y, 1) = static_cast<uint8_t>(type);
     if (type != 0) d_.HexOrigOwner(h.x, h.y) = static_cast<uint8_t>(side);
   };
-  // The two sides hold the land west and east of column 36; built-up hexes
-  // and roads show who holds them.
+  // The two sides hold the land west and east of column 36. As the game
+  // wants it, every road hex and every built-up hex has an owner, and no
+  // other hex has one.
   ForAll([&](Hex h) {
     const uint8_t t = T(h);
     const int side = h.x < 36 ? kArdenmark : kBelvaro;
-    if (t == kCity || t == kPort || t == kVillage) own(h, side, 0);
+    if (t == kCity || t == kPort || t == kVillage || s_.ref.RoadOf(d_.HexTile(h.x, h.y))) own(h, side, 0);
   });
   own(inland_, kArdenmark, 2);
   own(town_, kBelvaro, 2);
@@ -444,6 +445,9 @@ bool Builder::Build(std::string* err) {
     if (River(h)) bridgeW_ = h;
   for (Hex h : eastRoad)
     if (River(h)) bridgeE_ = h;
+  // The oil wells lie on the road east of the town.
+  for (Hex h : coastRoad)
+    if (h.x == 56) oil_ = h;
   // The railroad from the port's city to the inland city, a little south of the road.
   rail_ = Route({Nb(port_, wrap(landward + 1)), {22, 30}, {27, 29}, Nb(inland_, 3)});
   for (Hex h : rail_)
