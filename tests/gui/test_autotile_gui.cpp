@@ -269,4 +269,12 @@ TEST(TileScreensGui, OpenedFromThePickerFollowThePenAndSave) {
   EXPECT_EQ(p.PatternFormOpen, 0);
   EXPECT_EQ(p.TerrainFormOpen, 0);
   EXPECT_EQ(p.RoadFormOpen, 1);
+  // The picker's Options menu offers the three screens and opens them too.
+  QWidget* picker = w.f->FormByName("Form2")->formWidget();
+  for (const char* n : {"mTerrain", "mRoads", "mPatterns"})
+    EXPECT_TRUE(picker->findChild<QAction*>(n)->isEnabled()) << n;
+  picker->findChild<QAction*>("mTerrain")->trigger();
+  EXPECT_EQ(p.TerrainFormOpen, 1);
+  ASSERT_NE(w.f->FormByName("Form14", false), nullptr);
+  EXPECT_TRUE(w.f->FormByName("Form14", false)->formWidget()->isVisible());
 }
