@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "bitmaputil/bitmaputil.h"
+#include "document/document_ops.h"
 #include "document/filemenu.h"
 #include "document/startup.h"
 #include "jumpmap/jumpmap.h"
@@ -373,6 +374,27 @@ TEST(BitmapWorkspace, MapEditModeEditsTheHexBeforeTheColourIsReplaced) {
   EXPECT_EQ(u.s->doc.HexTile(4, 5), 3);
   mMapEditMode_Click(*u.s);
   EXPECT_EQ(u.b().mMapEditModeCaption, "Map Edit Mode (OFF)");
+}
+
+TEST(BitmapWorkspace, MapEditModeOtherButtonCentresTheMainView) {
+  Utility u;
+  u.s->doc.MapMaxX = 199;
+  u.s->doc.MapMaxY = 199;
+  NewMap(*u.s);
+  Bitmap pic(398, 398);  // 2 pixels a column and a row: the width over the last column's index
+  u.Load(pic);
+  mMapEditMode_Click(*u.s);
+  ASSERT_EQ(u.s->view.ViewX, 0);
+  const int16_t tile = u.s->doc.HexTile(150, 150);
+  u.s->pens.CurTile = 8;
+  // col = round(300 / 2) = 150, even: row = round((301 - 1) / 2) = 150.
+  Form4_Picture2_MouseDown(*u.s, 2, 0, 300, 301);
+  EXPECT_EQ(u.s->pens.CurHexX, 150);
+  EXPECT_EQ(u.s->pens.CurHexY, 150);
+  EXPECT_EQ(u.s->doc.HexTile(150, 150), tile);
+  // The view stands round the hex.
+  EXPECT_EQ(u.s->view.ViewX, 150 - u.s->view.ViewCols / 2);
+  EXPECT_EQ(u.s->view.ViewY, 150 - u.s->view.ViewRows / 2);
 }
 
 TEST(BitmapWorkspace, ColourReductionValueEntry) {
