@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdlib>
+#include <functional>
 #include <filesystem>
 #include <map>
 #include <set>
@@ -338,36 +339,50 @@ TEST(DefaultData, MassifPiecesAreMountainsAndJoinIntoOneRange) {
   // colours on the two sides of the seam differ little.
   const Bitmap sheet = Bmp("bmp/mapl.bmp"), hex = Bmp("bmp/blackhex.bmp");
   auto inHex = [&](int i, int j) { return i >= 0 && j >= 0 && i < 60 && j < 50 && hex.GetPixel(i, j) == 0; };
-  double diff = 0;
-  int n = 0;
-  for (int x = 0; x <= 8; ++x)
-    for (int y = 0; y <= 8; ++y) {
-      const int a = doc.HexTile(x, y);
-      if (a == 52) continue;
-      for (int side = 1; side <= 6; ++side) {
-        int nx = x, ny = y;
-        HexNeighbour(nx, ny, side);
-        if (!doc.OnMap(nx, ny) || doc.HexTile(nx, ny) == 52) continue;
-        const int b = doc.HexTile(nx, ny);
-        const int ox = doc.HexPixel(nx, ny, 0) - doc.HexPixel(x, y, 0),
-                  oy = doc.HexPixel(nx, ny, 1) - doc.HexPixel(x, y, 1);
-        // Pixel (i, j) of a, and the pixel right of it or below it when that
-        // one belongs to b.
-        for (int j = 0; j < 50; ++j)
-          for (int i = 0; i < 60; ++i) {
-            if (!inHex(i, j)) continue;
-            for (auto [di, dj] : {std::pair{1, 0}, {0, 1}}) {
-              const int bi = i + di - ox, bj = j + dj - oy;
-              if (inHex(i + di, j + dj) || !inHex(bi, bj)) continue;
-              const uint32_t p = TilePixel(sheet, a, i, j), q = TilePixel(sheet, b, bi, bj);
-              for (int c = 0; c < 24; c += 8) diff += std::abs(int((p >> c) & 255) - int((q >> c) & 255)) / 3.0;
-              ++n;
+  // Mean colour step across the sides shared by two pieces, with `tileAt`
+  // giving the tile of each hex.
+  auto seams = [&](const std::function<int(int, int)>& tileAt) {
+    double diff = 0;
+    int n = 0;
+    for (int x = 0; x <= 8; ++x)
+      for (int y = 0; y <= 8; ++y) {
+        if (doc.HexTile(x, y) == 52) continue;
+        const int a = tileAt(x, y);
+        for (int side = 1; side <= 6; ++side) {
+          int nx = x, ny = y;
+          HexNeighbour(nx, ny, side);
+          if (!doc.OnMap(nx, ny) || doc.HexTile(nx, ny) == 52) continue;
+          const int b = tileAt(nx, ny);
+          const int ox = doc.HexPixel(nx, ny, 0) - doc.HexPixel(x, y, 0),
+                    oy = doc.HexPixel(nx, ny, 1) - doc.HexPixel(x, y, 1);
+          // Pixel (i, j) of a, and the pixel right of it or below it when
+          // that one belongs to b.
+          for (int j = 0; j < 50; ++j)
+            for (int i = 0; i < 60; ++i) {
+              if (!inHex(i, j)) continue;
+              for (auto [di, dj] : {std::pair{1, 0}, {0, 1}}) {
+                const int bi = i + di - ox, bj = j + dj - oy;
+                if (inHex(i + di, j + dj) || !inHex(bi, bj)) continue;
+                const uint32_t p = TilePixel(sheet, a, i, j), q = TilePixel(sheet, b, bi, bj);
+                for (int c = 0; c < 24; c += 8) diff += std::abs(int((p >> c) & 255) - int((q >> c) & 255)) / 3.0;
+                ++n;
+              }
             }
-          }
+        }
       }
-    }
-  ASSERT_GT(n, 100);
-  EXPECT_LT(diff / n, 24.0) << "mean step across the seams of the massif";
+    EXPECT_GT(n, 100);
+    return diff / std::max(n, 1);
+  };
+  const double laidOut = seams([&](int x, int y) { return doc.HexTile(x, y); });
+  // The same places with the pieces handed round: the seams no longer meet.
+  auto next = [&](int t) {
+    for (size_t k = 0; k < std::size(pieces); ++k)
+      if (pieces[k] == t) return pieces[(k + 1) % std::size(pieces)];
+    return t;
+  };
+  const double shuffled = seams([&](int x, int y) { return next(doc.HexTile(x, y)); });
+  EXPECT_LT(laidOut, 16.0);
+  EXPECT_LT(laidOut, 0.7 * shuffled) << "laid out " << laidOut << ", handed round " << shuffled;
 }
 
 // For every ring outline, the engine's answer on a fresh folder: a tile of
