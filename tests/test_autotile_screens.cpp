@@ -11,6 +11,7 @@
 #include "autotile/stores.h"
 #include "autotile/tilescreens.h"
 #include "autotile_fixture.h"
+#include "editing/editing.h"
 
 using namespace kv;
 using namespace kvtest;
@@ -315,9 +316,9 @@ TEST(RandomGenerator, ListDrawsAndRandomTilesFollowTheSequence) {
   randomtile(s);
   EXPECT_EQ(a.p().CurTile, 22);
   a.Write("mapedit/004.rnd", "018\r\n019\r\n022\r\n018\r\n");
-  randomtile(s);  // the third value, 0.5795: record 2
+  randomtile(s);  // the third value, 0.5795: index 2
   EXPECT_EQ(a.p().CurTile, 22);
-  randomtile(s);  // 0.2896: record 1
+  randomtile(s);  // 0.2896: index 1
   EXPECT_EQ(a.p().CurTile, 19);
 }
 
@@ -337,4 +338,31 @@ TEST(RandomTables, BuiltFromTheMasterFileWithTilesPastItsEndLeftOut) {
   EXPECT_EQ(a.Text("mapedit/001.rnd"), "");
   EXPECT_EQ(a.Text("mapedit/003.rnd"), "");  // every table is made anew
   EXPECT_TRUE(a.Exists("mapedit/014.rnd"));
+}
+
+TEST(RandomTiles, RandomModeDrawsANewPenForEveryPaintedHex) {
+  AutoApp a;
+  Session& s = *a.s;
+  a.Write("mapedit/008.rnd", "008\r\n009\r\n013\r\n");
+  mRandom_Click(s);
+  EXPECT_EQ(a.p().RandomMode, -1);
+  EXPECT_EQ(s.ed.f1.mRandomCaption, "Random Tiles ON");
+  EXPECT_TRUE(s.ed.f1.mRandomChecked);
+  s.rnd.Reset();
+  a.p().CurTile = tl::Forest;
+  a.p().AutoTile = 0;
+  // Int(3 * Rnd) over the fixed sequence: 2, 1, 1, 0, 0, 2.
+  std::vector<int> placed;
+  for (int16_t x = 1; x <= 6; ++x) {
+    SetHex(s, x, 5);
+    placed.push_back(a.d().HexTile(x, 5));
+  }
+  EXPECT_EQ(placed, (std::vector<int>{13, 9, 9, 8, 8, 13}));
+  EXPECT_EQ(a.p().CurTile, 13);  // the pen stays at the tile drawn last
+  mRandom_Click(s);
+  EXPECT_EQ(a.p().RandomMode, 0);
+  EXPECT_EQ(s.ed.f1.mRandomCaption, "Random Tiles OFF");
+  EXPECT_FALSE(s.ed.f1.mRandomChecked);
+  SetHex(s, 7, 5);
+  EXPECT_EQ(a.d().HexTile(7, 5), 13);  // off: the pen as it is
 }
