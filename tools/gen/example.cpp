@@ -100,6 +100,22 @@ std::vector<Hex> Route(const std::vector<Hex>& waypoints) {
   }
   return out;
 }
+// From a to b in straight runs: each step keeps the side of the step before
+// while that still brings b nearer, so the course has few bends.
+std::vector<Hex> StraightWalk(Hex a, Hex b) {
+  std::vector<Hex> out{a};
+  int last = 0;
+  while (!(a == b)) {
+    const int d = Distance(a, b);
+    int pick = 0;
+    for (int s = 1; s <= 6; ++s)
+      if (Distance(Nb(a, s), b) < d && (pick == 0 || s == last)) pick = s;
+    a = Nb(a, pick);
+    last = pick;
+    out.push_back(a);
+  }
+  return out;
+}
 // Centre of a hex in row units: x across, y down.
 double Cx(Hex h) { return h.x * 0.866; }
 double Cy(Hex h) { return h.y + (h.x % 2 == 0 ? 0.5 : 0.0); }
@@ -449,7 +465,7 @@ bool Builder::Build(std::string* err) {
   for (Hex h : coastRoad)
     if (h.x == 56) oil_ = h;
   // The railroad from the port's city to the inland city, a little south of the road.
-  rail_ = Route({Nb(port_, wrap(landward + 1)), {22, 30}, {27, 29}, Nb(inland_, 3)});
+  rail_ = StraightWalk(Nb(port_, wrap(landward + 1)), Nb(inland_, 3));
   for (Hex h : rail_)
     if (T(h) != kCity) T(h) = kClear, noTouch_.insert(h);
 
