@@ -33,6 +33,7 @@ Form11::Form11(Session& s, QWidget* parent)
     l->setGeometry(16 + 80 * i, 160, 70, 22);
     l->setAlignment(Qt::AlignCenter);
     l->setTextFormat(Qt::PlainText);
+    l->setBuddy(this);  // "&Back" shows as a mnemonic, not with its ampersand
     l->setMouseTracking(true);
     l->onClick = [this, i]() { Label3_Click(i); };
     l->onHover = [this, i]() { Label3_MouseMove(i); };
