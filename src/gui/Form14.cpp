@@ -17,9 +17,10 @@ Form14::Form14(Session& s, QWidget* parent)
   List1_ = new QListWidget(this);
   List1_->setObjectName(QStringLiteral("List1"));
   List1_->setGeometry(150, 16, 150, 150);
-  connect(List1_, &QListWidget::itemClicked, this, [this](QListWidgetItem*) {
+  // A click or an arrow key in the list changes its index, which reports a click.
+  connect(List1_, &QListWidget::currentRowChanged, this, [this](int row) {
     if (syncing_) return;
-    s_.tileScreens.f14.ListIndex = List1_->currentRow();
+    s_.tileScreens.f14.ListIndex = row;
     List1_Click();
   });
   Label4_ = new QLabel(this);
