@@ -56,8 +56,6 @@ std::string Store(const Session& s, const char* folder, const std::string& name)
 
 }  // namespace
 
-bool EngineAvailable() { return true; }
-
 // ---- Reading -----------------------------------------------------------------
 
 void AutoDrawTile(Session& s, int16_t x, int16_t y, int16_t& tile) {

@@ -13,9 +13,6 @@ namespace kv {
 
 struct Session;
 
-// Always true: the engine is built. Kept for callers that asked before.
-bool EngineAvailable();
-
 // ---- Reading -----------------------------------------------------------------
 
 // Terrain engine for the pen CurTile: a terrain tile list, the river store, or
