@@ -222,8 +222,8 @@ TEST(Learning, GatesDropsAndTheStoresEachLearnerWrites) {
   SetHex(s, 4, 4);
   // Road rule with a river pen: the terrain-11 hex counts; seed "-1".
   EXPECT_EQ(a.Text("mapedit/bridgepatterns/1-1-0-1-0-0.txt"), "4-1-0-3-0-0,5\r\n-1\r\n");
-  // Bridge rule: tiles only; seed with the zero pair, kept as tile 0 is... sea,
-  // not the hex's terrain (2): dropped.
+  // Bridge rule: tiles only. The seed's zero pair names tile 0, of sea, not
+  // the hex's terrain (2), so the update drops it.
   EXPECT_EQ(a.Text("mapedit/bridgepatterns/1-0-0-1-0-0.txt"), "4-0-0-3-0-0,5\r\n-1\r\n");
 
   // River learning drops pairs past TileMax and of another terrain than the hex's.
