@@ -60,9 +60,9 @@ struct Utility {
   std::unique_ptr<Session> s;
   std::vector<std::string> shown;  // forms the core asked to show
   Utility() {
-    kvtest::MiniApp spec;
-    spec.types = {0, 1, 1, 3, 1, 5, 14, 1, 8, 6};
-    kvtest::MakeMiniApp(app.path(), spec);
+    kvtest::MiniApp mini;
+    mini.types = {0, 1, 1, 3, 1, 5, 14, 1, 8, 6};
+    kvtest::MakeMiniApp(app.path(), mini);
     std::vector<uint8_t> rnd(32, 0);
     rnd[3] = rnd[18] = rnd[5] = rnd[20] = 1;
     kvtest::WriteBytes(app / "mapedit/randomtile.dat", rnd);
@@ -233,7 +233,12 @@ TEST(BitmapWorkspace, ReduceColoursSavesAndGivesTheSize) {
   Utility u;
   u.Load(Picture(3, 2, {RGB(0, 3, 255), RGB(5, 6, 7)}));
   std::vector<int> columns;
-  u.b().ColumnsPut = [&](int x0, int x1) { columns.push_back(x0 * 100 + x1); };
+  std::vector<uint32_t> seen;  // row 0 as the window sees it after each column
+  u.b().ColumnsPut = [&](int x0, int x1) {
+    columns.push_back(x0 * 100 + x1);
+    SyncPicture2(*u.s);
+    for (int x = 0; x < 3; ++x) seen.push_back(u.Px(x, 0));
+  };
   u.s->pens.ColourCRV = 0;  // acts as 4 and is stored so
   int w = 0, h = 0;
   ReduceColours(*u.s, w, h);
@@ -243,6 +248,10 @@ TEST(BitmapWorkspace, ReduceColoursSavesAndGivesTheSize) {
   EXPECT_EQ(u.Px(0, 0), RGB(0, 0, 252));
   EXPECT_EQ(u.Px(1, 0), RGB(4, 4, 4));
   EXPECT_EQ(columns, (std::vector<int>{0, 101, 202}));  // one put a column
+  // The change travels across the picture a column at a time.
+  EXPECT_EQ(seen, (std::vector<uint32_t>{RGB(0, 0, 252), RGB(5, 6, 7), 0,  //
+                                         RGB(0, 0, 252), RGB(4, 4, 4), 0,  //
+                                         RGB(0, 0, 252), RGB(4, 4, 4), 0}));
   EXPECT_TRUE(ReadBack(u.app / "picture2.bmp") == u.b().Picture2);
 }
 

@@ -95,6 +95,9 @@ void BitmapDialogLoad(Session& s, const std::string& name, const std::string& pr
 bool LoadBitmapFile(Session& s, const std::string& path, const std::string& name);
 // Takes Picture2's image into ImageBits.
 void LoadImageData(Session& s);
+// Brings Picture2 up to date with the columns a running pass has put since
+// it was last looked at (what the window shows at each of its frames).
+void SyncPicture2(Session& s);
 
 // Colour reduction by ColourCRV (0 counts as 4 and is stored so); gives back
 // the picture's size. Saved to "picture2.bmp".

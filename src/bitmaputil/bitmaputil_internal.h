@@ -19,7 +19,8 @@ int16_t ClampI16(long long v);
 bool NeedPicture(Session& s);
 void SetCaption(Session& s, const std::string& text);
 void SetPointer(Session& s, int pointer);
-// Puts columns x0..x1 of `img` into Picture2 and shows them.
+// Puts columns x0..x1 of `img` into Picture2 and shows them; `img` must stay
+// alive until the pass ends with PutAll (or SyncPicture2 has run).
 void PutColumns(Session& s, const ImageStore& img, int x0, int x1);
 // Puts the whole of `img` into Picture2.
 void PutAll(Session& s, const ImageStore& img);

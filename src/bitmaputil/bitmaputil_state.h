@@ -62,6 +62,10 @@ struct BitmapUtilState {
   std::vector<uint8_t> PixelDone;    // (0..PixelDoneW - 1, 0..PixelDoneH - 1), x fastest
   int PixelDoneW = 0, PixelDoneH = 0;
   bool Busy = false;  // a pass is running: clicks wait for it to end
+  // Columns PutX0..PutX1 of PutSource put but not yet copied into Picture2
+  // (SyncPicture2 copies them).
+  const ImageStore* PutSource = nullptr;
+  int PutX0 = 2147483647, PutX1 = -1;
 
   Form15State f15;
 

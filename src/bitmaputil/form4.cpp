@@ -1,6 +1,7 @@
 // Form4's workspace: loading a picture, the colour passes that change it in
 // place, the pointer read-out, and what a click on the picture does.
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstdio>
 
@@ -49,22 +50,31 @@ void SetPointer(Session& s, int pointer) {
 }
 
 void PutColumns(Session& s, const ImageStore& img, int x0, int x1) {
-  Bitmap& pic = s.bmp.Picture2;
+  BitmapUtilState& b = s.bmp;
+  Bitmap& pic = b.Picture2;
   if (pic.Width() != img.w || pic.Height() != img.h) {
+    SyncPicture2(s);
     pic = BitmapOf(img);
     x0 = 0;
     x1 = img.w - 1;
   } else {
-    for (int y = 0; y < img.h; ++y) {
-      uint32_t* row = pic.Row(y);
-      for (int x = x0; x <= x1; ++x) row[x] = PixelRGB(img, x, y);
-    }
+    // The columns reach the picture when it is next looked at, a row at a
+    // time: copying them one by one down the rows would cost as much again
+    // as the pass itself.
+    if (b.PutSource && b.PutSource != &img) SyncPicture2(s);
+    b.PutSource = &img;
+    b.PutX0 = std::min(b.PutX0, x0);
+    b.PutX1 = std::max(b.PutX1, x1);
   }
-  if (s.bmp.ColumnsPut) s.bmp.ColumnsPut(x0, x1);
+  if (b.ColumnsPut) b.ColumnsPut(x0, x1);
 }
 
 void PutAll(Session& s, const ImageStore& img) {
-  s.bmp.Picture2 = BitmapOf(img);
+  BitmapUtilState& b = s.bmp;
+  b.PutSource = nullptr;
+  b.PutX0 = INT_MAX;
+  b.PutX1 = -1;
+  b.Picture2 = BitmapOf(img);
   s.ui().Changed("Form4.Picture2");
 }
 
@@ -78,6 +88,22 @@ bool SavePicture(Session& s, const Bitmap& bm, const std::string& path) {
 }  // namespace bmu
 
 using namespace bmu;
+
+void SyncPicture2(Session& s) {
+  BitmapUtilState& b = s.bmp;
+  const ImageStore* img = b.PutSource;
+  if (img && b.PutX0 <= b.PutX1 && b.Picture2.Width() == img->w && b.Picture2.Height() == img->h) {
+    const int x0 = std::max(b.PutX0, 0), x1 = std::min(b.PutX1, img->w - 1);
+    for (int y = 0; y < img->h; ++y) {
+      uint32_t* row = b.Picture2.Row(y);
+      const uint8_t* p = &img->bits[img->At(0, x0, y)];
+      for (int x = x0; x <= x1; ++x, p += 4) row[x] = RGB(p[2], p[1], p[0]);
+    }
+  }
+  b.PutSource = nullptr;
+  b.PutX0 = INT_MAX;
+  b.PutX1 = -1;
+}
 
 namespace {
 
@@ -288,7 +314,10 @@ bool LoadBitmapFile(Session& s, const std::string& path, const std::string& name
   return true;
 }
 
-void LoadImageData(Session& s) { s.bmp.ImageBits = StoreOf(s.bmp.Picture2); }
+void LoadImageData(Session& s) {
+  SyncPicture2(s);
+  s.bmp.ImageBits = StoreOf(s.bmp.Picture2);
+}
 
 void ReduceColours(Session& s, int& width, int& height) {
   int16_t& v = s.pens.ColourCRV;

@@ -67,7 +67,10 @@ Form4::Form4(Session& s, QWidget* parent) : QMainWindow(parent, Qt::Window), s_(
   Picture1_->setObjectName(QStringLiteral("Picture1"));
   Picture1_->setAutoFillBackground(true);
   Picture2_ = new PictureBox(QStringLiteral("Picture2"), Picture1_);
-  Picture2_->source = [this]() { return ImageOf(s_.bmp.Picture2); };
+  Picture2_->source = [this]() {
+    SyncPicture2(s_);
+    return ImageOf(s_.bmp.Picture2);
+  };
   Picture2_->onMouseDown = [this](int b, int sh, double x, double y) { Picture2_MouseDown(b, sh, x, y); };
   Picture2_->onMouseMove = [this](int b, int sh, double x, double y) { Picture2_MouseMove(b, sh, x, y); };
   Picture2_->hide();

@@ -65,9 +65,9 @@ struct Editor {
     App();
     gui::Script().active = true;
     gui::Script().answers.clear();
-    kvtest::MiniApp spec;
-    spec.types = {0, 1, 1, 3, 1, 5, 14, 1, 8, 6};
-    kvtest::MakeMiniApp(app.path(), spec);
+    kvtest::MiniApp mini;
+    mini.types = {0, 1, 1, 3, 1, 5, 14, 1, 8, 6};
+    kvtest::MakeMiniApp(app.path(), mini);
     f = std::make_unique<Form1>(app.path());
     f->SetScreenSize(1920, 1080);
     EXPECT_TRUE(f->Form_Load());
