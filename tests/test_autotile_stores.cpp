@@ -259,3 +259,34 @@ TEST(StoreCache, AFolderRemovedBehindItsBackIsMadeAgainAsWithoutTheCache) {
     EXPECT_TRUE(a.ui.messages.empty()) << cache;
   }
 }
+
+TEST(PatternFiles, DamagedFilesAreReadWithoutHarmAndRewrittenWhole) {
+  AutoApp a;
+  Session& s = *a.s;
+  const std::string rel = "mapedit/riverpatterns/1-0-0-0-0-0.txt";
+  std::string binary;
+  for (int c = 0; c < 256; ++c) binary.push_back(static_cast<char>(c));
+  for (const std::string& text : {std::string("\"104-0,3\r\n"), std::string("\r\n\r\n,,,,"), binary,
+                                  std::string("4-0-0-0-0-0"), std::string()}) {
+    a.Write(rel, text);
+    for (bool cache : {true, false}) {
+      SetStoreCache(s, cache);
+      EXPECT_EQ(FindPatternTile(s, a.App(rel), "5-0-0-0-0-0", true), -1);
+    }
+    StorePatternPair(s, a.App(rel), "5-0-0-0-0-0", 4, PatternSeed::ZeroPair, {});
+    const std::string out = a.Text(rel);
+    ASSERT_GE(out.size(), 19u);
+    EXPECT_EQ(out.substr(out.size() - 19), "5-0-0-0-0-0,4\r\n-1\r\n");
+    EXPECT_EQ(FindPatternTile(s, a.App(rel), "5-0-0-0-0-0", false), 4);
+  }
+  // A list with bare line feeds and a short last record: the records still count
+  // by length, the lines by their ends.
+  a.Write("mapedit/t04/000000.txt", "018\n019\n02");
+  std::set<int> seen;
+  for (int i = 0; i < 50; ++i) {
+    int16_t t = -1;
+    PickListTile(s, a.App("mapedit/t04/000000.txt"), t);
+    seen.insert(t);
+  }
+  EXPECT_EQ(seen, (std::set<int>{18, 19}));
+}
