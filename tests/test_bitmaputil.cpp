@@ -212,6 +212,31 @@ TEST(BitmapWorkspace, AFileThatIsNoBitmapLeavesTheWorkspaceAsItWas) {
   EXPECT_EQ(u.Px(0, 0), 0x010203u);
 }
 
+TEST(BitmapWorkspace, APictureTooLargeForTheUtilityIsRefused) {
+  Utility u;
+  u.Load(Picture(2, 2, {0x010203}));
+  // 1 bit a pixel: 8192 x 8193 pixels in 8 MB, just over the limit.
+  const int w = 8192, h = 8193;
+  std::vector<uint8_t> bmp = PaletteBmp(1, 1, {0, 0xFFFFFF}, {0});
+  const uint32_t stride = w / 8, off = 54 + 8;
+  bmp.resize(off);
+  auto put32 = [&bmp](size_t at, uint32_t v) {
+    for (int i = 0; i < 4; ++i) bmp[at + i] = static_cast<uint8_t>(v >> (8 * i));
+  };
+  put32(2, off + stride * h);
+  put32(10, off);
+  put32(18, w);
+  put32(22, h);
+  bmp[28] = 1;  // bits per pixel
+  put32(34, stride * h);
+  bmp.resize(off + static_cast<size_t>(stride) * h, 0x55);
+  kvtest::WriteBytes(u.pics / "huge.bmp", bmp);
+  EXPECT_FALSE(LoadBitmapFile(*u.s, u.pics / "huge.bmp", "huge.bmp"));
+  EXPECT_NE(u.LastMessage().find("8192 x 8193 pixels is too large"), std::string::npos);
+  EXPECT_EQ(u.b().BitmapName, "xmap.bmp");
+  EXPECT_EQ(u.b().Picture2.Width(), 2);
+}
+
 TEST(BitmapWorkspace, PointerReadoutInTheCaption) {
   Utility u;
   u.Load(Picture(4, 4, {0, 0, 0, 0, 0, 0, RGB(7, 8, 9)}));

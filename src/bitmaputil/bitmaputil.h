@@ -93,6 +93,8 @@ void BitmapDialogLoad(Session& s, const std::string& name, const std::string& pr
 // is no readable bitmap is refused with a message, and the workspace (name,
 // path, pictures, pixels) stays as it was.
 bool LoadBitmapFile(Session& s, const std::string& path, const std::string& name);
+// Pictures of more pixels than this are refused the same way.
+constexpr long long kMaxUtilityPixels = 64LL * 1024 * 1024;
 // Takes Picture2's image into ImageBits.
 void LoadImageData(Session& s);
 // Brings Picture2 up to date with the columns a running pass has put since

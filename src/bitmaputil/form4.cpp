@@ -301,6 +301,12 @@ bool LoadBitmapFile(Session& s, const std::string& path, const std::string& name
     s.MsgBox("This file cannot be loaded as a bitmap; the picture stays as it was.\r" + err);
     return false;
   }
+  // The utility holds a picture several times over (picture, pixel store, canvas).
+  if (static_cast<long long>(pic.Width()) * pic.Height() > kMaxUtilityPixels) {
+    s.MsgBox("This picture of " + std::to_string(pic.Width()) + " x " + std::to_string(pic.Height()) +
+             " pixels is too large for the bitmap utility; the picture stays as it was.");
+    return false;
+  }
   BitmapUtilState& b = s.bmp;
   b.BitmapName = name;
   s.ed.dlg.DlgFile = path;
