@@ -242,6 +242,13 @@ TEST(Session, NewMapFillsWithThePenAndClearsTheNames) {
   EXPECT_EQ(GetHexName(*f.s, 0, 0), "");
   EXPECT_EQ(f.d().ObjCount, 0);
   EXPECT_EQ(f.s->forms.Form1Caption, "Main: editing newmap.map");
+
+  // A map with no path yet keeps its name store in the program folder.
+  f.d().MapPath.clear();
+  NewMap(*f.s);
+  EXPECT_EQ(f.d().NdxPath, f.s->App("ndx"));
+  EXPECT_EQ(f.d().StrPath, f.s->App("str"));
+  EXPECT_TRUE(FileExists(f.s->App("ndx")));
 }
 
 TEST(Session, ObjectiveTableFollowsControlInColumnOrder) {

@@ -78,12 +78,19 @@ void AfterDocumentReplaced(Session& s) {
 void NewMap(Session& s) {
   Document& d = s.doc;
   s.SetForm1Caption("Main: editing " + d.MapFile);
-  d.NdxPath = CutExt(d.MapPath, 3, "ndx");
+  // The side files are named after the map; a map without a path yet (a new
+  // one, or one made from a bitmap) keeps them in the program folder, never
+  // in whatever folder the program was started from.
+  auto sidePath = [&](const char* ext) {
+    std::string p = CutExt(d.MapPath, 3, ext);
+    return !p.empty() && p[0] == '/' ? p : s.App(p);
+  };
+  d.NdxPath = sidePath("ndx");
   if (FileExists(d.NdxPath)) {
     s.names.CloseNdx();
     RemoveFile(d.NdxPath);
   }
-  d.StrPath = CutExt(d.MapPath, 3, "str");
+  d.StrPath = sidePath("str");
   if (FileExists(d.StrPath)) {
     s.names.CloseStr();
     RemoveFile(d.StrPath);
