@@ -19,6 +19,7 @@
 #include "gui/Form1.h"
 #include "gui/qtui.h"
 #include "gui/script.h"
+#include "gui/guitest.h"
 #include "testutil.h"
 
 using namespace kv;
@@ -27,16 +28,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-QApplication& App() {
-  static int argc = 1;
-  static char name[] = "korvane_gui_tests";
-  static char* argv[] = {name, nullptr};
-  static QApplication* app = [] {
-    setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    return new QApplication(argc, argv);
-  }();
-  return *app;
-}
+QApplication& App() { return kvtest::GuiApp(); }
 
 // Tiles: 0 sea, 1 and 2 open ground, 3 a road, 4 a second sea, 5 and 6
 // forest, 7 a forest road, 8 a city, 9 a port.
@@ -84,18 +76,7 @@ struct Window {
     return std::string(b.begin(), b.end());
   }
   int Run(const std::string& script, std::string* out) {
-    std::istringstream in(script);
-    std::FILE* o = std::tmpfile();
-    std::FILE* e = std::tmpfile();
-    const int rc = gui::RunScript(*f, in, o, e);
-    std::string t;
-    for (std::FILE* fp : {o, e}) {
-      std::rewind(fp);
-      for (int c; (c = std::fgetc(fp)) != EOF;) t += static_cast<char>(c);
-      std::fclose(fp);
-    }
-    *out = t;
-    return rc;
+    return kvtest::RunScriptText(*f, script, out);
   }
 };
 

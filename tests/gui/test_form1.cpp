@@ -20,6 +20,7 @@
 #include "gui/Form1.h"
 #include "gui/qtui.h"
 #include "gui/script.h"
+#include "gui/guitest.h"
 #include "testutil.h"
 
 using namespace kv;
@@ -27,16 +28,7 @@ using kv::gui::Form1;
 
 namespace {
 
-QApplication& App() {
-  static int argc = 1;
-  static char name[] = "korvane_gui_tests";
-  static char* argv[] = {name, nullptr};
-  static QApplication* app = [] {
-    setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    return new QApplication(argc, argv);
-  }();
-  return *app;
-}
+QApplication& App() { return kvtest::GuiApp(); }
 
 kvtest::MiniApp Spec() {
   kvtest::MiniApp a;
@@ -63,20 +55,7 @@ struct Window {
   }
   // Runs a script; returns its exit status and leaves its output in `out`.
   int Run(const std::string& script, std::string* out = nullptr) {
-    std::istringstream in(script);
-    std::FILE* o = std::tmpfile();
-    std::FILE* e = std::tmpfile();
-    const int rc = gui::RunScript(*f, in, o, e);
-    auto slurp = [](std::FILE* fp) {
-      std::string t;
-      std::rewind(fp);
-      for (int c; (c = std::fgetc(fp)) != EOF;) t += static_cast<char>(c);
-      std::fclose(fp);
-      return t;
-    };
-    const std::string os = slurp(o), es = slurp(e);
-    if (out) *out = os + es;
-    return rc;
+    return kvtest::RunScriptText(*f, script, out);
   }
 };
 

@@ -24,6 +24,7 @@
 #include "gui/vbform.h"
 #include "platform/fileio.h"
 #include "session.h"
+#include "gui/guitest.h"
 #include "testutil.h"
 
 using namespace kv;
@@ -33,16 +34,7 @@ using kv::gui::VbForm;
 
 namespace {
 
-QApplication& App() {
-  static int argc = 1;
-  static char name[] = "korvane_gui_tests";
-  static char* argv[] = {name, nullptr};
-  static QApplication* app = [] {
-    setenv("QT_QPA_PLATFORM", "offscreen", 0);  // a screen of its own when one is asked for
-    return new QApplication(argc, argv);
-  }();
-  return *app;
-}
+QApplication& App() { return kvtest::GuiApp(); }
 
 constexpr int kBorder = 2;  // a picture control's border
 
@@ -88,20 +80,7 @@ struct Editor {
            "\nLoadSave.Command1_Click\n";
   }
   int Run(const std::string& script, std::string* out = nullptr) {
-    std::istringstream in(script);
-    std::FILE* o = std::tmpfile();
-    std::FILE* e = std::tmpfile();
-    const int rc = gui::RunScript(*f, in, o, e);
-    auto slurp = [](std::FILE* fp) {
-      std::string t;
-      std::rewind(fp);
-      for (int c; (c = std::fgetc(fp)) != EOF;) t += static_cast<char>(c);
-      std::fclose(fp);
-      return t;
-    };
-    const std::string os = slurp(o), es = slurp(e);
-    if (out) *out = os + es;
-    return rc;
+    return kvtest::RunScriptText(*f, script, out);
   }
 };
 

@@ -28,6 +28,7 @@
 #include "gui/script.h"
 #include "jumpmap/jumpmap.h"
 #include "platform/fileio.h"
+#include "gui/guitest.h"
 #include "testutil.h"
 #include "view/geometry.h"
 
@@ -36,16 +37,7 @@ using kv::gui::Form1;
 
 namespace {
 
-QApplication& App() {
-  static int argc = 1;
-  static char name[] = "korvane_gui_tests";
-  static char* argv[] = {name, nullptr};
-  static QApplication* app = [] {
-    setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    return new QApplication(argc, argv);
-  }();
-  return *app;
-}
+QApplication& App() { return kvtest::GuiApp(); }
 
 // A picture control draws its image inside a border of this width.
 constexpr int kBorder = 2;
@@ -125,22 +117,7 @@ struct Editor {
   QAction* action(const char* name) { return f->findChild<QAction*>(QString::fromLatin1(name)); }
   // Runs a script; its output and any message boxes go to `out`.
   int Run(const std::string& script, std::string* out = nullptr) {
-    std::istringstream in(script);
-    std::FILE* o = std::tmpfile();
-    std::FILE* e = std::tmpfile();
-    testing::internal::CaptureStdout();
-    const int rc = gui::RunScript(*f, in, o, e);
-    const std::string boxes = testing::internal::GetCapturedStdout();
-    auto slurp = [](std::FILE* fp) {
-      std::string t;
-      std::rewind(fp);
-      for (int c; (c = std::fgetc(fp)) != EOF;) t += static_cast<char>(c);
-      std::fclose(fp);
-      return t;
-    };
-    const std::string os = slurp(o), es = slurp(e);
-    if (out) *out = os + es + boxes;
-    return rc;
+    return kvtest::RunScriptText(*f, script, out, true);
   }
   void Busy() {
     p().SideEdit = 2;

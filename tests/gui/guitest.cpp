@@ -1,0 +1,43 @@
+#include "gui/guitest.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <sstream>
+
+#include "gui/script.h"
+
+namespace kvtest {
+
+QApplication& GuiApp() {
+  static int argc = 1;
+  static char name[] = "korvane_gui_tests";
+  static char* argv[] = {name, nullptr};
+  static QApplication* app = [] {
+    setenv("QT_QPA_PLATFORM", "offscreen", 0);  // a real screen only when one is asked for
+    return new QApplication(argc, argv);
+  }();
+  return *app;
+}
+
+int RunScriptText(kv::gui::Form1& form, const std::string& script, std::string* out, bool withBoxes) {
+  std::istringstream in(script);
+  std::FILE* o = std::tmpfile();
+  std::FILE* e = std::tmpfile();
+  if (withBoxes) testing::internal::CaptureStdout();
+  const int rc = kv::gui::RunScript(form, in, o, e);
+  const std::string boxes = withBoxes ? testing::internal::GetCapturedStdout() : std::string();
+  auto slurp = [](std::FILE* fp) {
+    std::string t;
+    std::rewind(fp);
+    for (int c; (c = std::fgetc(fp)) != EOF;) t += static_cast<char>(c);
+    std::fclose(fp);
+    return t;
+  };
+  const std::string os = slurp(o), es = slurp(e);
+  if (out) *out = os + es + boxes;
+  return rc;
+}
+
+}  // namespace kvtest
