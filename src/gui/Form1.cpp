@@ -35,6 +35,7 @@
 #include "gui/Form8.h"
 #include "gui/Form9.h"
 #include "gui/LoadSave.h"
+#include "gui/formkit.h"
 #include "gui/PictureBox.h"
 #include "jumpmap/mapimage.h"
 #include "platform/bitmap.h"
@@ -119,40 +120,9 @@ const MenuEntry kMenu[] = {
     {"helpscreen", "Help", 0, true},
 };
 
-// Key codes of the window system for the keys the editor uses.
-int KeyCodeOf(const QKeyEvent* e) {
-  const int k = e->key();
-  if (k >= Qt::Key_F1 && k <= Qt::Key_F12) return 112 + (k - Qt::Key_F1);
-  if (k >= Qt::Key_A && k <= Qt::Key_Z) return 65 + (k - Qt::Key_A);
-  if (k >= Qt::Key_0 && k <= Qt::Key_9) return 48 + (k - Qt::Key_0);
-  switch (k) {
-    case Qt::Key_Left: return 37;
-    case Qt::Key_Up: return 38;
-    case Qt::Key_Right: return 39;
-    case Qt::Key_Down: return 40;
-    case Qt::Key_Slash:
-    case Qt::Key_Question: return 191;
-    case Qt::Key_Shift: return 16;
-    case Qt::Key_Control: return 17;
-    case Qt::Key_Alt: return 18;
-    case Qt::Key_Return:
-    case Qt::Key_Enter: return 13;
-    case Qt::Key_Escape: return 27;
-    case Qt::Key_Space: return 32;
-    default: return 0;
-  }
-}
-
-QString Q(const std::string& s) { return QString::fromLatin1(s.c_str()); }
-std::string S(const QString& q) { return q.toLatin1().toStdString(); }
-
-void SetBold(QLabel* l, bool bold) {
-  QFont f = l->font();
-  if (f.bold() != bold) {
-    f.setBold(bold);
-    l->setFont(f);
-  }
-}
+// The editor's names for the text conversions of the forms.
+QString Q(const std::string& s) { return Latin1(s); }
+std::string S(const QString& q) { return Latin1(q); }
 
 void SetText(QLineEdit* e, const std::string& t) {
   const QString q = Q(t);
@@ -665,7 +635,7 @@ bool Form1::eventFilter(QObject* obj, QEvent* ev) {
       auto* w = qobject_cast<QWidget*>(obj);
       if (!loaded_ || !w || w->window() != this || !session_->ed.f1.KeyPreview) break;
       auto* ke = static_cast<QKeyEvent*>(ev);
-      const int code = KeyCodeOf(ke);
+      const int code = VbKeyCode(ke);
       if (code == 0 || (ke->isAutoRepeat() && ev->type() == QEvent::KeyRelease)) break;
       if (ev->type() == QEvent::KeyPress) {
         Form_KeyDown(code, PictureBox::ShiftState(ke->modifiers()));

@@ -21,6 +21,9 @@ int VbKeyCode(const QKeyEvent* e) {
     case Qt::Key_Down: return 40;
     case Qt::Key_Slash:
     case Qt::Key_Question: return 191;
+    case Qt::Key_Shift: return 16;
+    case Qt::Key_Control: return 17;
+    case Qt::Key_Alt: return 18;
     case Qt::Key_Return:
     case Qt::Key_Enter: return 13;
     case Qt::Key_Escape: return 27;
