@@ -30,19 +30,19 @@ struct AutoApp {
   std::unique_ptr<kv::Session> s;
 
   explicit AutoApp(bool withBridgeTile = true) {
-    MiniApp spec;
-    spec.tiles = 208;  // tiles 0..207, so the mountain key tiles exist
-    spec.types.assign(208, 1);
+    MiniApp mini;
+    mini.tiles = 208;  // tiles 0..207, so the mountain key tiles exist
+    mini.types.assign(208, 1);
     const uint8_t types[] = {0, 1, 1, 1, 2, 2, 5, 14, 8, 8, 10, 12, 6, 8, 0, 3, 3, 11, 4, 4, 5, 14, 4};
-    for (size_t i = 0; i < sizeof types; ++i) spec.types[i] = types[i];
-    for (int t : {75, 76, 78, 86, 90, 94, 104, 105, 115, 192}) spec.types[t] = 3;
-    spec.roads.assign(23, {});
+    for (size_t i = 0; i < sizeof types; ++i) mini.types[i] = types[i];
+    for (int t : {75, 76, 78, 86, 90, 94, 104, 105, 115, 192}) mini.types[t] = 3;
+    mini.roads.assign(23, {});
     // Road records in ring order (byte 0 is side 5, byte 2 side 1).
-    spec.roads[tl::Road] = {1, 0, 0, 1, 0, 0};        // sides 5 and 2
-    if (withBridgeTile) spec.roads[tl::Bridge] = {1, 0, 0, 1, 0, 0};
-    spec.roads[tl::ForestRoad] = {1, 0, 0, 1, 0, 0};
-    spec.roads[tl::RoughRoad] = {0, 0, 1, 0, 0, 1};  // sides 1 and 4
-    MakeMiniApp(app.path(), spec);
+    mini.roads[tl::Road] = {1, 0, 0, 1, 0, 0};        // sides 5 and 2
+    if (withBridgeTile) mini.roads[tl::Bridge] = {1, 0, 0, 1, 0, 0};
+    mini.roads[tl::ForestRoad] = {1, 0, 0, 1, 0, 0};
+    mini.roads[tl::RoughRoad] = {0, 0, 1, 0, 0, 1};  // sides 1 and 4
+    MakeMiniApp(app.path(), mini);
     s = std::make_unique<kv::Session>(app.path(), &ui);
     EXPECT_TRUE(kv::StartSession(*s));
     Fill(9, 9, tl::Open);

@@ -24,10 +24,10 @@ struct Editor {
   HeadlessUi ui;
   std::unique_ptr<Session> s;
   Editor() {
-    kvtest::MiniApp spec;
-    spec.types = {0, 1, 1, 3, 1, 5, 14, 1, 8, 6};
-    spec.roads = {{}, {1, 0, 0, 1, 0, 0}};
-    kvtest::MakeMiniApp(app.path(), spec);
+    kvtest::MiniApp mini;
+    mini.types = {0, 1, 1, 3, 1, 5, 14, 1, 8, 6};
+    mini.roads = {{}, {1, 0, 0, 1, 0, 0}};
+    kvtest::MakeMiniApp(app.path(), mini);
     s = std::make_unique<Session>(app.path(), &ui);
     EXPECT_TRUE(StartSession(*s));
   }

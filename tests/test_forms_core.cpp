@@ -27,10 +27,10 @@ struct Editor {
   std::unique_ptr<Session> s;
   std::vector<std::string> shown, refreshed;  // forms asked for, tile data screens told
   Editor() {
-    kvtest::MiniApp spec;
-    spec.tiles = 256;
-    spec.nations = {"Corvia", "Avaria", "Dremen", "Belmont"};
-    kvtest::MakeMiniApp(app.path(), spec);
+    kvtest::MiniApp mini;
+    mini.tiles = 256;
+    mini.nations = {"Corvia", "Avaria", "Dremen", "Belmont"};
+    kvtest::MakeMiniApp(app.path(), mini);
     s = std::make_unique<Session>(app.path(), &ui);
     EXPECT_TRUE(StartSession(*s));
     s->ed.hooks.ShowForm = [this](Session&, const std::string& f) { shown.push_back(f); };

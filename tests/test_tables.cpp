@@ -79,9 +79,9 @@ TEST(Tables, RoadBytesGoClockwiseFromTheTop) {
 
 TEST(Tables, StaleTileTypeFileIsRebuiltFromHexData) {
   kvtest::TempDir dir;
-  kvtest::MiniApp spec;
-  spec.tiles = 16;
-  kvtest::MakeMiniApp(dir.path(), spec);
+  kvtest::MiniApp mini;
+  mini.tiles = 16;
+  kvtest::MakeMiniApp(dir.path(), mini);
   // One byte too many: stale.
   kvtest::WriteBytes(dir / "mapedit/tiletype.dat", std::vector<uint8_t>(17, 9));
   HeadlessUi ui;

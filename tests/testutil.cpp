@@ -78,29 +78,29 @@ std::vector<uint8_t> SolidBmp(int w, int h, uint32_t rgb) {
   return b;
 }
 
-void MakeMiniApp(const std::string& dir, const MiniApp& spec) {
-  const int rows = (spec.tiles + 15) / 16;
+void MakeMiniApp(const std::string& dir, const MiniApp& mini) {
+  const int rows = (mini.tiles + 15) / 16;
   WriteBytes(dir + "/bmp/mapl.bmp", SolidBmp(16 * 60, rows * 50, 0x00336633));
-  std::string terrain = "terrains," + std::to_string(spec.terrains) + ",x\r\n";
-  for (int t = 0; t < spec.terrains; ++t)
+  std::string terrain = "terrains," + std::to_string(mini.terrains) + ",x\r\n";
+  for (int t = 0; t < mini.terrains; ++t)
     terrain += "\"Terrain " + std::to_string(t) + "\",0,0,0," + std::to_string(t * 10) + "," +
                std::to_string(100 + t) + "," + std::to_string(200 - t) + ",0\r\n";
   WriteText(dir + "/data/terrain.txt", terrain);
   const int sheetTiles = rows * 16;
   std::vector<uint8_t> types(sheetTiles);
   for (int t = 0; t < sheetTiles; ++t)
-    types[t] = static_cast<uint8_t>(t < static_cast<int>(spec.types.size()) ? spec.types[t] : t % spec.terrains);
+    types[t] = static_cast<uint8_t>(t < static_cast<int>(mini.types.size()) ? mini.types[t] : t % mini.terrains);
   std::string hexdata = std::to_string(sheetTiles);
   for (int t = 0; t < sheetTiles; ++t) hexdata += (t % 16 == 0 ? "\r\n" : ",") + std::to_string(types[t]);
   WriteText(dir + "/data/hexdata.txt", hexdata + "\r\n");
-  if (spec.writeTileType) WriteBytes(dir + "/mapedit/tiletype.dat", types);
+  if (mini.writeTileType) WriteBytes(dir + "/mapedit/tiletype.dat", types);
   std::vector<uint8_t> roads(static_cast<size_t>(sheetTiles) * 6, 0);
-  for (size_t t = 0; t < spec.roads.size() && t < static_cast<size_t>(sheetTiles); ++t)
-    for (size_t k = 0; k < 6 && k < spec.roads[t].size(); ++k) roads[t * 6 + k] = spec.roads[t][k];
+  for (size_t t = 0; t < mini.roads.size() && t < static_cast<size_t>(sheetTiles); ++t)
+    for (size_t k = 0; k < 6 && k < mini.roads[t].size(); ++k) roads[t * 6 + k] = mini.roads[t][k];
   WriteBytes(dir + "/mapedit/roadinfo.dat", roads);
-  std::string nations = std::to_string(spec.nations.size()) + "\r\n";
-  for (size_t i = 0; i < spec.nations.size(); ++i)
-    nations += "\"" + spec.nations[i] + "\"," + std::to_string(i + 1) + "\r\n";
+  std::string nations = std::to_string(mini.nations.size()) + "\r\n";
+  for (size_t i = 0; i < mini.nations.size(); ++i)
+    nations += "\"" + mini.nations[i] + "\"," + std::to_string(i + 1) + "\r\n";
   WriteText(dir + "/default/nations/nations.txt", nations);
   fs::create_directories(dir + "/flags");
 }

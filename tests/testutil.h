@@ -41,6 +41,6 @@ struct MiniApp {
   std::vector<std::string> nations = {"Avaria", "Belmont", "Corvia"};
   bool writeTileType = true;                    // also write mapedit/tiletype.dat
 };
-void MakeMiniApp(const std::string& dir, const MiniApp& spec = {});
+void MakeMiniApp(const std::string& dir, const MiniApp& mini = {});
 
 }  // namespace kvtest

@@ -36,7 +36,7 @@ namespace tl {
 constexpr int Sea = 0, Open = 1, Road = 3, Sea2 = 4, Forest = 5, Forest2 = 6, ForestRoad = 7;
 }
 
-kvtest::MiniApp Spec() {
+kvtest::MiniApp MiniSetup() {
   kvtest::MiniApp a;
   a.types = {0, 1, 1, 1, 0, 8, 8, 8, 5, 14};
   a.roads = {{}, {}, {}, {1, 0, 0, 1, 0, 0}, {}, {}, {}, {1, 0, 0, 1, 0, 0}};
@@ -64,7 +64,7 @@ struct Window {
     App();
     gui::Script().active = true;
     gui::Script().answers.clear();
-    kvtest::MakeMiniApp(app.path(), Spec());
+    kvtest::MakeMiniApp(app.path(), MiniSetup());
     f = std::make_unique<Form1>(app.path());
     f->SetScreenSize(1280, 800);
     EXPECT_TRUE(f->Form_Load());

@@ -30,7 +30,7 @@ namespace {
 
 QApplication& App() { return kvtest::GuiApp(); }
 
-kvtest::MiniApp Spec() {
+kvtest::MiniApp MiniSetup() {
   kvtest::MiniApp a;
   a.types = {0, 1, 1, 3, 1, 5, 14, 1, 8, 6};
   a.roads = {{}, {1, 0, 0, 1, 0, 0}};
@@ -44,7 +44,7 @@ struct Window {
     App();
     gui::Script().active = true;
     gui::Script().answers.clear();
-    kvtest::MakeMiniApp(app.path(), Spec());
+    kvtest::MakeMiniApp(app.path(), MiniSetup());
     f = std::make_unique<Form1>(app.path());
     f->SetScreenSize(w, h);
     EXPECT_TRUE(f->Form_Load());

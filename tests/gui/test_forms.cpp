@@ -94,10 +94,10 @@ struct Editor {
     App();
     gui::Script().active = true;
     gui::Script().answers.clear();
-    kvtest::MiniApp spec;
-    spec.tiles = 256;
-    spec.nations = {"Corvia", "Avaria", "Dremen", "Belmont"};
-    kvtest::MakeMiniApp(app.path(), spec);
+    kvtest::MiniApp mini;
+    mini.tiles = 256;
+    mini.nations = {"Corvia", "Avaria", "Dremen", "Belmont"};
+    kvtest::MakeMiniApp(app.path(), mini);
     f = std::make_unique<Form1>(app.path());
     f->SetScreenSize(w, h);
     EXPECT_TRUE(f->Form_Load());

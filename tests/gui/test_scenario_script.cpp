@@ -36,9 +36,9 @@ struct ScriptedImport {
   kvtest::PgScn scn;
 
   ScriptedImport() {
-    kvtest::MiniApp spec;
-    spec.roads = {{}, {1, 0, 0, 1, 0, 0}};  // a road table with a record: start-up says nothing
-    kvtest::MakeMiniApp(app.path(), spec);
+    kvtest::MiniApp mini;
+    mini.roads = {{}, {1, 0, 0, 1, 0, 0}};  // a road table with a record: start-up says nothing
+    kvtest::MakeMiniApp(app.path(), mini);
     kvtest::WriteText(app / "pg_files/mapnames.str", std::string(40, ' '));
     kvtest::WriteBytes(app / "data/panzequp.eqp", kvtest::PgEquipment({"Rifles", "Panzer Grenadier Bn1"}));
     set.W = 5;
