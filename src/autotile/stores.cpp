@@ -86,8 +86,9 @@ bool WriteWhole(const std::string& path, std::string_view bytes) {
 
 std::string StoreFolderOf(const Session& s) { return s.App("mapedit"); }
 
-// The value of each line of a tile list (a line ends at CR, LF or CR LF).
-std::vector<int16_t> ListLines(std::span<const uint8_t> b) {
+}  // namespace
+
+std::vector<int16_t> TileListLines(std::span<const uint8_t> b) {
   std::vector<int16_t> out;
   size_t i = 0;
   while (i < b.size()) {
@@ -101,7 +102,9 @@ std::vector<int16_t> ListLines(std::span<const uint8_t> b) {
   return out;
 }
 
-int32_t ListCount(uint64_t len) { return static_cast<int32_t>(std::min<uint64_t>(len / 5, 32767)); }
+int32_t TileListCount(uint64_t len) { return static_cast<int32_t>(std::min<uint64_t>(len / 5, 32767)); }
+
+namespace {
 
 // r = Int(n * Rnd + 1), in single precision as the generator gives it.
 int32_t DrawRecord(Session& s, int32_t n) {
@@ -341,8 +344,8 @@ ListPick PickListTile(Session& s, const std::string& path, int16_t& tile, const 
       return ListPick::Missing;
     }
     auto parsed = std::make_shared<PatternStoreState::List>();
-    parsed->n = ListCount(bytes.size());
-    parsed->lines = ListLines(bytes);
+    parsed->n = TileListCount(bytes.size());
+    parsed->lines = TileListLines(bytes);
     list = parsed;
     Remember(st, path, stamp, nullptr, parsed);
   }

@@ -16,6 +16,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kv {
 
@@ -91,6 +92,11 @@ void StorePatternPair(Session& s, const std::string& path, const std::string& ke
 // ---- Tile lists -------------------------------------------------------------
 
 enum class ListPick { Missing, Picked, Rejected };
+
+// The value of each line of a tile list (a line ends at CR, LF or CR LF),
+// and the number of records a list of `len` bytes counts as.
+std::vector<int16_t> TileListLines(std::span<const uint8_t> b);
+int32_t TileListCount(uint64_t len);
 
 // Draws a tile from a list of 5-byte records: r = Int(n * Rnd + 1) with
 // n = length \ 5, then r lines are read and the last one is the choice. A

@@ -41,10 +41,20 @@ void mCopy_Click(Session& s) {
 }
 
 namespace {
-int16_t Get16(const std::vector<uint8_t>& b, size_t at) {
+int16_t Get16(std::span<const uint8_t> b, size_t at) {
   return static_cast<int16_t>(static_cast<uint16_t>(b[at] | (b[at + 1] << 8)));
 }
 }  // namespace
+
+bool PasteClipboardBytes(Document& d, int x, int y, std::span<const uint8_t> b) {
+  const int w = b.size() >= 4 ? Get16(b, 0) : -1, h = b.size() >= 4 ? Get16(b, 2) : -1;
+  if (w < 0 || h < 0 || b.size() < 4 + static_cast<size_t>(w + 1) * (h + 1) * 2) return false;
+  for (int i = 0; i <= w; ++i)
+    for (int j = 0; j <= h; ++j)
+      if (i + x <= d.MapMaxX && j + y <= d.MapMaxY)
+        d.HexTile(i + x, j + y) = Get16(b, 4 + (static_cast<size_t>(j) * (w + 1) + i) * 2);
+  return true;
+}
 
 void mPaste_Click(Session& s) {
   Document& d = s.doc;
@@ -57,15 +67,10 @@ void mPaste_Click(Session& s) {
       s.MsgBox("The clipboard file " + path + " cannot be read: " + err + ".");
       return;
     }
-    const int w = b.size() >= 4 ? Get16(b, 0) : -1, h = b.size() >= 4 ? Get16(b, 2) : -1;
-    if (w < 0 || h < 0 || b.size() < 4 + static_cast<size_t>(w + 1) * (h + 1) * 2) {
+    if (!PasteClipboardBytes(d, p.CurHexX, p.CurHexY, b)) {
       s.MsgBox("The clipboard file " + path + " is damaged: its block does not fit its length.");
       return;
     }
-    for (int i = 0; i <= w; ++i)
-      for (int j = 0; j <= h; ++j)
-        if (i + p.CurHexX <= d.MapMaxX && j + p.CurHexY <= d.MapMaxY)
-          d.HexTile(i + p.CurHexX, j + p.CurHexY) = Get16(b, 4 + (static_cast<size_t>(j) * (w + 1) + i) * 2);
   } else {
     const int dx = p.CurHexX - p.SelX1, dy = p.CurHexY - p.SelY1;
     // Element by element in the block's order: a target that overlaps its

@@ -75,6 +75,23 @@ bool ReadObjList(ByteSource& in, Document& d, std::string* err) {
   return in.read(d.ObjList.data(), d.ObjList.bytes());
 }
 
+SnapshotRead ReadSnapshotFile(ByteSource& in, int16_t mapMaxX, int16_t mapMaxY, Document& out, std::string* err) {
+  char magic[8];
+  int16_t version = 0, mx = 0, my = 0;
+  if (!in.read(magic, 8) || std::memcmp(magic, kMagic, 8) != 0 || !in.get(version) || !in.get(mx) ||
+      !in.get(my))
+    return SnapshotRead::Damaged;
+  out.MapMaxX = mx;
+  out.MapMaxY = my;
+  if (mx != mapMaxX || my != mapMaxY) return SnapshotRead::OtherMap;
+  std::string why;
+  if (!ReadPlanes(in, out, &why) || !ReadObjList(in, out, &why)) {
+    if (err) *err = why.empty() ? "it ends early" : why;
+    return SnapshotRead::Damaged;
+  }
+  return SnapshotRead::Ok;
+}
+
 namespace {
 
 bool WritePlanes(const Document& d, ByteSink& out) {

@@ -41,6 +41,12 @@ extern const char kMapMagic[8];
 bool ReadPlanes(ByteSource& in, Document& d, std::string* err);
 bool ReadObjList(ByteSource& in, Document& d, std::string* err);
 
+// Reads a snapshot taken of a map of the given highest indexes into `out`
+// (planes and objective table only). OtherMap leaves the snapshot's own
+// highest indexes in out.MapMaxX/MapMaxY for the message.
+enum class SnapshotRead { Ok, Damaged, OtherMap };
+SnapshotRead ReadSnapshotFile(ByteSource& in, int16_t mapMaxX, int16_t mapMaxY, Document& out, std::string* err);
+
 // The editor's procedures. MapPath and MapFile are set by the caller.
 // A failed load says why and leaves the open map untouched.
 bool LoadMap(Session& s);

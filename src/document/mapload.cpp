@@ -167,26 +167,19 @@ bool RestoreSnapshot(Session& s) {
     return false;
   }
   Document& d = s.doc;
-  char magic[8];
-  int16_t version = 0, mx = 0, my = 0;
-  if (!in.read(magic, 8) || std::memcmp(magic, kMapMagic, 8) != 0 || !in.get(version) || !in.get(mx) ||
-      !in.get(my)) {
-    s.MsgBox("The undo snapshot " + path + " is damaged.");
-    return false;
-  }
-  if (mx != d.MapMaxX || my != d.MapMaxY) {
-    s.MsgBox("The undo snapshot is of a map of " + std::to_string(mx + 1) + " x " + std::to_string(my + 1) +
-             " hexes, not of the open map (" + std::to_string(d.W()) + " x " + std::to_string(d.H()) +
-             "); nothing was changed.");
-    return false;
-  }
   Document m;
-  m.MapMaxX = mx;
-  m.MapMaxY = my;
   std::string err;
-  if (!ReadPlanes(in, m, &err) || !ReadObjList(in, m, &err)) {
-    s.MsgBox("The undo snapshot " + path + " is damaged: " + (err.empty() ? "it ends early" : err) + ".");
-    return false;
+  switch (ReadSnapshotFile(in, d.MapMaxX, d.MapMaxY, m, &err)) {
+    case SnapshotRead::Ok:
+      break;
+    case SnapshotRead::OtherMap:
+      s.MsgBox("The undo snapshot is of a map of " + std::to_string(m.MapMaxX + 1) + " x " +
+               std::to_string(m.MapMaxY + 1) + " hexes, not of the open map (" + std::to_string(d.W()) + " x " +
+               std::to_string(d.H()) + "); nothing was changed.");
+      return false;
+    case SnapshotRead::Damaged:
+      s.MsgBox("The undo snapshot " + path + " is damaged" + (err.empty() ? "" : ": " + err) + ".");
+      return false;
   }
   // Elevations, contours and original owners are not in the snapshot and stay.
   d.HexInfo = std::move(m.HexInfo);

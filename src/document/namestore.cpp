@@ -1,5 +1,6 @@
 #include "document/namestore.h"
 
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -24,6 +25,31 @@ long Length(std::FILE* f) {
 long SlotOffset(const Session& s, int x, int y) {
   return 4L * (static_cast<long>(y) * (s.doc.MapMaxX + 1) + x);
 }
+
+// One of the open name files seen as a byte source (borrowed, not closed).
+class OpenFileSource final : public ByteSource {
+ public:
+  explicit OpenFileSource(std::FILE* f) : f_(f) {
+    size_ = std::max(0L, Length(f));
+  }
+  uint64_t size() const override { return static_cast<uint64_t>(size_); }
+  uint64_t pos() const override { return static_cast<uint64_t>(pos_); }
+  bool read(void* dst, size_t n) override {
+    if (n > static_cast<uint64_t>(size_ - pos_)) return false;
+    if (std::fseek(f_, pos_, SEEK_SET) != 0 || std::fread(dst, 1, n, f_) != n) return false;
+    pos_ += static_cast<long>(n);
+    return true;
+  }
+  bool seek(uint64_t p) override {
+    if (p > static_cast<uint64_t>(size_)) return false;
+    pos_ = static_cast<long>(p);
+    return true;
+  }
+
+ private:
+  std::FILE* f_;
+  long size_ = 0, pos_ = 0;
+};
 }  // namespace
 
 void NameFiles::CloseNdx() {
@@ -49,18 +75,24 @@ bool NameFiles::OpenStr(const std::string& path) {
   return str_ != nullptr;
 }
 
+std::string ReadHexName(ByteSource& ndx, ByteSource& str, int mapMaxX, int x, int y) {
+  const uint64_t off = 4ull * (static_cast<uint64_t>(y) * (static_cast<uint64_t>(mapMaxX) + 1) + x);
+  int32_t slot = 0;
+  // A slot beyond the end of a short index reads as no name.
+  if (!ndx.seek(off) || !ndx.get(slot)) return "";
+  if (slot <= 0) return "";
+  char rec[kNameLen];
+  // A slot that points past the end of the strings reads as no name.
+  if (!str.seek(static_cast<uint64_t>(slot) - 1) || !str.read(rec, kNameLen)) return "";
+  return std::string(rec, kNameLen);
+}
+
 std::string GetHexName(Session& s, int x, int y) {
   std::FILE* ndx = s.names.ndx();
   std::FILE* str = s.names.str();
   if (!ndx || !str || !s.doc.OnMap(x, y)) return "";
-  int32_t slot = 0;
-  // A slot beyond the end of a short index reads as no name.
-  if (std::fseek(ndx, SlotOffset(s, x, y), SEEK_SET) != 0 || std::fread(&slot, 4, 1, ndx) != 1) return "";
-  if (slot <= 0) return "";
-  char rec[kNameLen];
-  // A slot that points past the end of the strings reads as no name.
-  if (std::fseek(str, slot - 1L, SEEK_SET) != 0 || std::fread(rec, 1, kNameLen, str) != kNameLen) return "";
-  return std::string(rec, kNameLen);
+  OpenFileSource ndxBytes(ndx), strBytes(str);
+  return ReadHexName(ndxBytes, strBytes, s.doc.MapMaxX, x, y);
 }
 
 void SetHexName(Session& s, int x, int y, const std::string& name) {

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <string>
 
+#include "platform/bytes.h"
+
 namespace kv {
 
 struct Session;
@@ -33,6 +35,10 @@ class NameFiles {
 };
 
 std::string GetHexName(Session& s, int x, int y);
+// The name of hex (x, y) of a map with highest column mapMaxX, read from an
+// index and a string heap: 20 bytes, or "" for an empty, negative or
+// out-of-range slot.
+std::string ReadHexName(ByteSource& ndx, ByteSource& str, int mapMaxX, int x, int y);
 void SetHexName(Session& s, int x, int y, const std::string& name);
 void OpenNameStore(Session& s);
 // Re-opens files 11 and 12 on NdxPath and StrPath.

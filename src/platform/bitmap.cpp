@@ -393,7 +393,8 @@ struct Channel {
   explicit Channel(uint32_t m = 0) : mask(m) {
     if (!m) return;
     while (!((m >> shift) & 1)) ++shift;
-    while (bits < 32 && ((m >> (shift + bits)) & 1)) ++bits;
+    // A mask reaching the top bit must stop there: a shift by 32 is undefined.
+    while (shift + bits < 32 && ((m >> (shift + bits)) & 1)) ++bits;
   }
   uint32_t Get(uint32_t v) const {
     if (!mask) return 0;
