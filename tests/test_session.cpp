@@ -172,8 +172,10 @@ TEST(Session, AFailedSaveKeepsThePreviousFiles) {
   ASSERT_TRUE(SaveMap(*f.s));
   const auto map = kvtest::ReadBytes(f.maps / "m.map");
   const auto lev = kvtest::ReadBytes(f.maps / "m.lev");
+  const auto ctl = kvtest::ReadBytes(f.maps / "m.ctl");
   f.d().HexTile(0, 0) = 5;
   f.d().HexElev(0, 0) = 1;
+  f.d().HexCtl(0, 0, 0) = 2;
   for (int failAt = 0; failAt < 20; ++failAt) {
     int calls = 0;
     SetWriteFaultHook([&] { return calls++ != failAt; });
@@ -183,6 +185,7 @@ TEST(Session, AFailedSaveKeepsThePreviousFiles) {
     if (ok) break;  // every write call has been failed once
     EXPECT_EQ(kvtest::ReadBytes(f.maps / "m.map"), map) << failAt;
     EXPECT_EQ(kvtest::ReadBytes(f.maps / "m.lev"), lev) << failAt;
+    EXPECT_EQ(kvtest::ReadBytes(f.maps / "m.ctl"), ctl) << failAt;
     ASSERT_EQ(f.ui.messages.size(), 1u);
     EXPECT_NE(f.ui.messages[0].find("could not be saved"), std::string::npos);
   }

@@ -71,17 +71,14 @@ bool ReadWhole(const std::string& path, std::vector<uint8_t>& out) {
 // removed behind our back since it was last seen is made again first, as the
 // search that found it missing would have done.
 bool WriteWhole(const std::string& path, std::string_view bytes) {
-  FILE* f = std::fopen(path.c_str(), "wb");
-  if (!f) {
-    const std::filesystem::path dir = std::filesystem::path(path).parent_path();
-    std::error_code ec;
-    if (!dir.empty() && dir.parent_path().filename() == "mapedit" && !std::filesystem::exists(dir, ec) &&
-        std::filesystem::create_directory(dir, ec))
-      f = std::fopen(path.c_str(), "wb");
-  }
-  if (!f) return false;
-  const bool ok = std::fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size();
-  return std::fclose(f) == 0 && ok;
+  const std::filesystem::path dir = std::filesystem::path(path).parent_path();
+  std::error_code ec;
+  if (!dir.empty() && dir.parent_path().filename() == "mapedit" && !std::filesystem::exists(dir, ec))
+    std::filesystem::create_directory(dir, ec);
+  // Written whole under a temporary name first: a failed write keeps the old file.
+  SafeFileWriter w(path);
+  w.write(bytes.data(), bytes.size());
+  return w.commit();
 }
 
 std::string StoreFolderOf(const Session& s) { return s.App("mapedit"); }

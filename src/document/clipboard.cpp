@@ -35,8 +35,7 @@ void mCopy_Click(Session& s) {
   for (int j = 0; j <= h; ++j)
     for (int i = 0; i <= w; ++i) put(d.HexTile(p.SelX1 + i, p.SelY1 + j));
   const std::string path = ClipboardPath(s);
-  RemoveFile(path);
-  std::string err;
+  std::string err;  // the old block stays until the new one is whole
   if (!WriteFileBytes(path, out.data(), out.size(), &err)) s.MsgBox("The block could not be copied: " + err + ".");
 }
 

@@ -70,7 +70,13 @@ bool SaveMapAs(Session& s, const std::string& dir, const std::string& text) {
     s.SetForm1Caption(oldCaption);
     return false;
   }
-  if (!SaveMap(s)) return false;
+  if (!SaveMap(s)) {
+    // Nothing was written: the map goes on under its old name.
+    d.MapFile = oldFile;
+    d.MapPath = oldPath;
+    s.SetForm1Caption(oldCaption);
+    return false;
+  }
   FollowStore(s, d.NdxPath, CutExt(path, 3, "ndx"), true);
   FollowStore(s, d.StrPath, CutExt(path, 3, "str"), false);
   // After a scenario import: the order of battle and the scenario file.
