@@ -1,5 +1,7 @@
 #include "refdata/nations.h"
 
+#include <algorithm>
+
 #include "platform/fileio.h"
 #include "platform/textfields.h"
 #include "session.h"
@@ -40,23 +42,28 @@ std::string NationListPath(const Session& s, const std::string& set) {
 }
 
 void SortNations(RefData& ref) {
+  // The order is that of picking, n times, the first smallest name still
+  // free in byte order (capitals before small letters) -- except that a scan
+  // always picks an empty name it meets and then the next name after it, so
+  // an empty name splits the list: the names after the last empty one come
+  // first, sorted, then that empty name, then the names before it back to
+  // the previous empty one, and so on. Built that way in n log n, as a list
+  // of thousands of nations must not stall the program.
   const int n = ref.NationCount;
   ref.NationOrder.assign(n + 1, 0);
-  std::vector<bool> free_(n + 1, true);
-  for (int p = 1; p <= n; ++p) {
-    std::string best;
-    int taken = 0;
-    for (int i = 1; i <= n; ++i) {
-      if (!free_[i]) continue;
-      // Byte order: capitals before small letters.
-      if (best.empty() || ref.NationName[i] < best) {
-        best = ref.NationName[i];
-        taken = i;
-      }
-    }
-    ref.NationOrder[p] = static_cast<int16_t>(taken);
-    free_[taken] = false;
+  std::vector<int16_t> order;
+  order.reserve(n);
+  int end = n + 1;  // the segment runs up to, not including, end
+  for (int i = n; i >= 0; --i) {
+    if (i > 0 && !ref.NationName[i].empty()) continue;
+    const size_t from = order.size();
+    for (int k = i + 1; k < end; ++k) order.push_back(static_cast<int16_t>(k));
+    std::stable_sort(order.begin() + static_cast<std::ptrdiff_t>(from), order.end(),
+                     [&](int16_t a, int16_t b) { return ref.NationName[a] < ref.NationName[b]; });
+    if (i > 0) order.push_back(static_cast<int16_t>(i));
+    end = i;
   }
+  for (int p = 1; p <= n; ++p) ref.NationOrder[p] = order[p - 1];
 }
 
 bool SwitchNationSet(Session& s, const std::string& setName) {
