@@ -21,11 +21,11 @@ struct Fixture {
   kvtest::TempDir app, maps;
   HeadlessUi ui;
   std::unique_ptr<Session> s;
-  explicit Fixture(kvtest::MiniApp spec = {}) {
+  explicit Fixture(kvtest::MiniApp mini = {}) {
     // Tile 0 is sea, tile 1 a road tile on open ground, tile 2 plain open ground.
-    if (spec.types.empty()) spec.types = {0, 1, 1, 3, 1, 5};
-    if (spec.roads.empty()) spec.roads = {{}, {1, 0, 0, 1, 0, 0}};
-    kvtest::MakeMiniApp(app.path(), spec);
+    if (mini.types.empty()) mini.types = {0, 1, 1, 3, 1, 5};
+    if (mini.roads.empty()) mini.roads = {{}, {1, 0, 0, 1, 0, 0}};
+    kvtest::MakeMiniApp(app.path(), mini);
     s = std::make_unique<Session>(app.path(), &ui);
     EXPECT_TRUE(StartSession(*s));
   }
