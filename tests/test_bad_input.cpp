@@ -26,7 +26,9 @@ struct Fixture {
   explicit Fixture(bool start = true) {
     kvtest::MakeMiniApp(app.path());
     s = std::make_unique<Session>(app.path(), &ui);
-    if (start) EXPECT_TRUE(StartSession(*s));
+    if (start) {
+      EXPECT_TRUE(StartSession(*s));
+    }
     ui.messages.clear();
   }
   Document& d() { return s->doc; }

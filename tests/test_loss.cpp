@@ -105,7 +105,9 @@ int FailEachWrite(const Snapshot& kept, const std::function<void()>& save,
     Snapshot now;
     for (const auto& [path, bytes] : kept) {
       now[path] = kvtest::ReadBytes(path);
-      if (!orNew) EXPECT_EQ(now[path], bytes) << path << " at write " << failAt;
+      if (!orNew) {
+        EXPECT_EQ(now[path], bytes) << path << " at write " << failAt;
+      }
     }
     seen.push_back(std::move(now));
     if (after) after(failAt);
