@@ -13,25 +13,16 @@
 #include "platform/fileio.h"
 #include "refdata/nations.h"
 #include "session.h"
+#include "minisession.h"
 #include "testutil.h"
 
 using namespace kv;
 
 namespace {
 
-struct Fixture {
-  kvtest::TempDir app, maps;
-  HeadlessUi ui;
-  std::unique_ptr<Session> s;
-  explicit Fixture(bool start = true) {
-    kvtest::MakeMiniApp(app.path());
-    s = std::make_unique<Session>(app.path(), &ui);
-    if (start) {
-      EXPECT_TRUE(StartSession(*s));
-    }
-    ui.messages.clear();
-  }
-  Document& d() { return s->doc; }
+struct Fixture : kvtest::MiniSession {
+  kvtest::TempDir maps;
+  explicit Fixture(bool start = true) : MiniSession({}, start) { ui.messages.clear(); }
   // The one message shown since the last call.
   std::string Message() {
     EXPECT_EQ(ui.messages.size(), 1u);

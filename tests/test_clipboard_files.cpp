@@ -11,20 +11,16 @@
 #include "document/startup.h"
 #include "platform/fileio.h"
 #include "session.h"
+#include "minisession.h"
 #include "testutil.h"
 
 using namespace kv;
 
 namespace {
 
-struct Editor {
-  kvtest::TempDir app, maps;
-  HeadlessUi ui;
-  std::unique_ptr<Session> s;
+struct Editor : kvtest::MiniSession {
+  kvtest::TempDir maps;
   Editor() {
-    kvtest::MakeMiniApp(app.path());
-    s = std::make_unique<Session>(app.path(), &ui);
-    EXPECT_TRUE(StartSession(*s));
     ui.messages.clear();  // the small folder has no road table
   }
   // The dialog's folder list moved to another folder.
@@ -32,8 +28,6 @@ struct Editor {
     s->ed.dlg.Dir1Path = dir;
     LoadSave_Dir1_Change(*s);
   }
-  Document& d() { return s->doc; }
-  Pens& p() { return s->pens; }
   void Number() {
     for (int x = 0; x <= d().MapMaxX; ++x)
       for (int y = 0; y <= d().MapMaxY; ++y) d().HexTile(x, y) = static_cast<int16_t>(100 * x + y);

@@ -10,6 +10,7 @@
 #include "document/startup.h"
 #include "editing/editing.h"
 #include "session.h"
+#include "minisession.h"
 #include "testutil.h"
 #include "view/geometry.h"
 
@@ -19,20 +20,14 @@ namespace {
 
 // Tile 0 sea, 1 a road on open ground, 2 4 7 16 31 open ground, 3 rough,
 // 5 and 6 the terrains whose tiles carry roads on every side, 8 terrain 8.
-struct Editor {
-  kvtest::TempDir app;
-  HeadlessUi ui;
-  std::unique_ptr<Session> s;
-  Editor() {
-    kvtest::MiniApp mini;
-    mini.types = {0, 1, 1, 3, 1, 5, 14, 1, 8, 6};
-    mini.roads = {{}, {1, 0, 0, 1, 0, 0}};
-    kvtest::MakeMiniApp(app.path(), mini);
-    s = std::make_unique<Session>(app.path(), &ui);
-    EXPECT_TRUE(StartSession(*s));
-  }
-  Document& d() { return s->doc; }
-  Pens& p() { return s->pens; }
+kvtest::MiniApp EditorApp() {
+  kvtest::MiniApp mini = kvtest::RoadTileApp();
+  mini.types = {0, 1, 1, 3, 1, 5, 14, 1, 8, 6};
+  return mini;
+}
+
+struct Editor : kvtest::MiniSession {
+  Editor() : MiniSession(EditorApp()) {}
   // A press in the middle of hex (x, y) for the current view.
   void Click(int x, int y, int button = 1) {
     int32_t px = 0, py = 0;

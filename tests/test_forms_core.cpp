@@ -13,6 +13,7 @@
 #include "editing/tilepicker.h"
 #include "jumpmap/jumpwindow.h"
 #include "session.h"
+#include "minisession.h"
 #include "testutil.h"
 
 using namespace kv;
@@ -21,22 +22,19 @@ namespace {
 
 // A started editor on a sheet of 256 tiles and four nations, whose names sort
 // in another order than the list file gives them.
-struct Editor {
-  kvtest::TempDir app;
-  HeadlessUi ui;
-  std::unique_ptr<Session> s;
+kvtest::MiniApp EditorApp() {
+  kvtest::MiniApp mini;
+  mini.tiles = 256;
+  mini.nations = {"Corvia", "Avaria", "Dremen", "Belmont"};
+  return mini;
+}
+
+struct Editor : kvtest::MiniSession {
   std::vector<std::string> shown, refreshed;  // forms asked for, tile data screens told
-  Editor() {
-    kvtest::MiniApp mini;
-    mini.tiles = 256;
-    mini.nations = {"Corvia", "Avaria", "Dremen", "Belmont"};
-    kvtest::MakeMiniApp(app.path(), mini);
-    s = std::make_unique<Session>(app.path(), &ui);
-    EXPECT_TRUE(StartSession(*s));
+  Editor() : MiniSession(EditorApp()) {
     s->ed.hooks.ShowForm = [this](Session&, const std::string& f) { shown.push_back(f); };
     s->ed.hooks.TileDataGetStuff = [this](Session&, const std::string& f) { refreshed.push_back(f); };
   }
-  Pens& p() { return s->pens; }
 };
 
 }  // namespace

@@ -20,25 +20,16 @@
 #include "platform/fileio.h"
 #include "scenario/scenario_text.h"
 #include "session.h"
+#include "minisession.h"
 #include "testutil.h"
 
 using namespace kv;
 
 namespace {
 
-struct Fixture {
-  kvtest::TempDir app, maps;
-  HeadlessUi ui;
-  std::unique_ptr<Session> s;
-  Fixture() {
-    kvtest::MiniApp spec;
-    spec.types = {0, 1, 1, 3, 1, 5};
-    spec.roads = {{}, {1, 0, 0, 1, 0, 0}};
-    kvtest::MakeMiniApp(app.path(), spec);
-    s = std::make_unique<Session>(app.path(), &ui);
-    EXPECT_TRUE(StartSession(*s));
-  }
-  Document& d() { return s->doc; }
+struct Fixture : kvtest::MiniSession {
+  kvtest::TempDir maps;
+  Fixture() : MiniSession(kvtest::RoadTileApp()) {}
   // Gives the open map recognisable content, two objectives and a hex name.
   void Paint(int seed) {
     Document& doc = d();

@@ -11,25 +11,16 @@
 #include "document/startup.h"
 #include "platform/fileio.h"
 #include "session.h"
+#include "minisession.h"
 #include "testutil.h"
 
 using namespace kv;
 
 namespace {
 
-struct Fixture {
-  kvtest::TempDir app, maps;
-  HeadlessUi ui;
-  std::unique_ptr<Session> s;
-  explicit Fixture(kvtest::MiniApp mini = {}) {
-    // Tile 0 is sea, tile 1 a road tile on open ground, tile 2 plain open ground.
-    if (mini.types.empty()) mini.types = {0, 1, 1, 3, 1, 5};
-    if (mini.roads.empty()) mini.roads = {{}, {1, 0, 0, 1, 0, 0}};
-    kvtest::MakeMiniApp(app.path(), mini);
-    s = std::make_unique<Session>(app.path(), &ui);
-    EXPECT_TRUE(StartSession(*s));
-  }
-  Document& d() { return s->doc; }
+struct Fixture : kvtest::MiniSession {
+  kvtest::TempDir maps;
+  Fixture() : MiniSession(kvtest::RoadTileApp()) {}
   // Fills the open map with recognisable content.
   void Paint() {
     Document& doc = d();

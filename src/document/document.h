@@ -60,6 +60,9 @@ struct Document {
   // Zero-filled allocation of every per-hex array for the current size
   // (HexPixel is filled separately, from the geometry).
   void AllocateAll();
+  // Takes over the size and every per-hex plane of m except HexPixel, which
+  // belongs to the geometry; the objective table and identity stay.
+  void TakePlanes(Document&& m);
 };
 
 // Highest index the data model accepts for either dimension.

@@ -9,6 +9,8 @@
 #include "view/render_api.h"
 #include "view/scrolling.h"
 
+#include <utility>
+
 namespace kv {
 
 void Document::AllocateAll() {
@@ -22,6 +24,20 @@ void Document::AllocateAll() {
   HexOrigOwner.Allocate(w, h);
   HexAIDist.Allocate(w, h);
   HexContour.Allocate(w, h);
+}
+
+void Document::TakePlanes(Document&& m) {
+  MapMaxX = m.MapMaxX;
+  MapMaxY = m.MapMaxY;
+  HexInfo = std::move(m.HexInfo);
+  HexTile = std::move(m.HexTile);
+  HexElev = std::move(m.HexElev);
+  HexCtl = std::move(m.HexCtl);
+  HexDeploy = std::move(m.HexDeploy);
+  HexLandMass = std::move(m.HexLandMass);
+  HexContour = std::move(m.HexContour);
+  HexOrigOwner = std::move(m.HexOrigOwner);
+  HexAIDist = std::move(m.HexAIDist);
 }
 
 void BuildObjList(Session& s) {

@@ -16,17 +16,7 @@ namespace {
 
 // Replaces the document's map content by what was read, keeping its identity.
 void TakeMap(Document& d, Document&& m) {
-  d.MapMaxX = m.MapMaxX;
-  d.MapMaxY = m.MapMaxY;
-  d.HexInfo = std::move(m.HexInfo);
-  d.HexTile = std::move(m.HexTile);
-  d.HexElev = std::move(m.HexElev);
-  d.HexCtl = std::move(m.HexCtl);
-  d.HexDeploy = std::move(m.HexDeploy);
-  d.HexLandMass = std::move(m.HexLandMass);
-  d.HexContour = std::move(m.HexContour);
-  d.HexOrigOwner = std::move(m.HexOrigOwner);
-  d.HexAIDist = std::move(m.HexAIDist);
+  d.TakePlanes(std::move(m));
   d.ObjCount = m.ObjCount;
   d.ObjList = std::move(m.ObjList);
 }

@@ -40,18 +40,8 @@ bool OpenSource(Session& s, FileSource& f, const std::string& path, const std::s
 // map's loading, which drops objective types on hexes without an owner.
 void ReplaceDocument(Session& s, Document&& m) {
   Document& d = s.doc;
-  d.MapMaxX = m.MapMaxX;
-  d.MapMaxY = m.MapMaxY;
+  d.TakePlanes(std::move(m));
   OpenNameStore(s);  // slots for the new size
-  d.HexTile = std::move(m.HexTile);
-  d.HexInfo = std::move(m.HexInfo);
-  d.HexElev = std::move(m.HexElev);
-  d.HexLandMass = std::move(m.HexLandMass);
-  d.HexDeploy = std::move(m.HexDeploy);
-  d.HexCtl = std::move(m.HexCtl);
-  d.HexOrigOwner = std::move(m.HexOrigOwner);
-  d.HexAIDist = std::move(m.HexAIDist);
-  d.HexContour = std::move(m.HexContour);
   SetScrollRanges(s);
   // A view origin beyond the new map's edge comes back to the last place
   // the scroll bars reach, as the bars do with a value above their maximum.
