@@ -45,37 +45,6 @@ Form11::Form11(Session& s, QWidget* parent)
 
 QWidget* Form11::CommandControl(int i) { return Label3_[i]; }
 
-void Form11::Form_Load() {
-  TileScreen_Load(s_, which_);
-  SyncControls();
-}
-void Form11::Form_Unload() { DoUnload(); }
-void Form11::Form_KeyDown(int KeyCode, int) { DoKeyDown(KeyCode); }
-void Form11::Form_KeyUp(int, int) { DoKeyUp(); }
-void Form11::Form_MouseMove() {
-  TileScreen_MouseMove(s_, which_);
-  SyncControls();
-}
-void Form11::GetStuff() {
-  TileScreen_GetStuff(s_, which_);
-  SyncControls();
-}
-void Form11::SaveStuff() {
-  TileScreen_SaveStuff(s_, which_);
-  SyncControls();
-}
-void Form11::DrawTile() {
-  TileScreen_DrawTile(s_, which_);
-  SyncControls();
-}
-void Form11::nTile() {
-  TileScreen_nTile(s_, which_);
-  SyncControls();
-}
-void Form11::pTile() {
-  TileScreen_pTile(s_, which_);
-  SyncControls();
-}
 void Form11::Image2_Click(int Index) {
   TileScreen_Image2_Click(s_, which_, Index);
   SyncControls();

@@ -12,16 +12,6 @@ class Form11 : public TileScreenForm {
  public:
   Form11(Session& s, QWidget* parent);
 
-  Q_INVOKABLE void Form_Load();
-  Q_INVOKABLE void Form_Unload();
-  Q_INVOKABLE void Form_KeyDown(int KeyCode, int Shift);
-  Q_INVOKABLE void Form_KeyUp(int KeyCode, int Shift);
-  Q_INVOKABLE void Form_MouseMove();
-  Q_INVOKABLE void GetStuff();
-  Q_INVOKABLE void SaveStuff();
-  Q_INVOKABLE void DrawTile();
-  Q_INVOKABLE void nTile();
-  Q_INVOKABLE void pTile();
   Q_INVOKABLE void Image2_Click(int Index);
   Q_INVOKABLE void Label3_Click(int Index);
   Q_INVOKABLE void Label3_MouseMove(int Index);

@@ -78,37 +78,6 @@ bool Form13::SetOwnProperty(QObject* ctl, const QString& prop, const QString& va
   return TileScreenForm::SetOwnProperty(ctl, prop, value);
 }
 
-void Form13::Form_Load() {
-  TileScreen_Load(s_, which_);
-  SyncControls();
-}
-void Form13::Form_Unload() { DoUnload(); }
-void Form13::Form_KeyDown(int KeyCode, int) { DoKeyDown(KeyCode); }
-void Form13::Form_KeyUp(int, int) { DoKeyUp(); }
-void Form13::Form_MouseMove() {
-  TileScreen_MouseMove(s_, which_);
-  SyncControls();
-}
-void Form13::GetStuff() {
-  TileScreen_GetStuff(s_, which_);
-  SyncControls();
-}
-void Form13::SaveStuff() {
-  TileScreen_SaveStuff(s_, which_);
-  SyncControls();
-}
-void Form13::DrawTile() {
-  TileScreen_DrawTile(s_, which_);
-  SyncControls();
-}
-void Form13::nTile() {
-  TileScreen_nTile(s_, which_);
-  SyncControls();
-}
-void Form13::pTile() {
-  TileScreen_pTile(s_, which_);
-  SyncControls();
-}
 void Form13::Command1_Click(int Index) {
   TileScreen_Command(s_, which_, Index);
   SyncControls();

@@ -102,37 +102,6 @@ bool Form14::SetOwnProperty(QObject* ctl, const QString& prop, const QString& va
   return TileScreenForm::SetOwnProperty(ctl, prop, value);
 }
 
-void Form14::Form_Load() {
-  TileScreen_Load(s_, which_);
-  SyncControls();
-}
-void Form14::Form_Unload() { DoUnload(); }
-void Form14::Form_KeyDown(int KeyCode, int) { DoKeyDown(KeyCode); }
-void Form14::Form_KeyUp(int, int) { DoKeyUp(); }
-void Form14::Form_MouseMove() {
-  TileScreen_MouseMove(s_, which_);
-  SyncControls();
-}
-void Form14::GetStuff() {
-  TileScreen_GetStuff(s_, which_);
-  SyncControls();
-}
-void Form14::SaveStuff() {
-  TileScreen_SaveStuff(s_, which_);
-  SyncControls();
-}
-void Form14::DrawTile() {
-  TileScreen_DrawTile(s_, which_);
-  SyncControls();
-}
-void Form14::nTile() {
-  TileScreen_nTile(s_, which_);
-  SyncControls();
-}
-void Form14::pTile() {
-  TileScreen_pTile(s_, which_);
-  SyncControls();
-}
 void Form14::Command1_Click(int Index) {
   TileScreen_Command(s_, which_, Index);
   SyncControls();

@@ -20,16 +20,6 @@ class Form14 : public TileScreenForm {
   bool GetOwnProperty(QObject* ctl, const QString& prop, QString* out) override;
   bool SetOwnProperty(QObject* ctl, const QString& prop, const QString& value) override;
 
-  Q_INVOKABLE void Form_Load();
-  Q_INVOKABLE void Form_Unload();
-  Q_INVOKABLE void Form_KeyDown(int KeyCode, int Shift);
-  Q_INVOKABLE void Form_KeyUp(int KeyCode, int Shift);
-  Q_INVOKABLE void Form_MouseMove();
-  Q_INVOKABLE void GetStuff();
-  Q_INVOKABLE void SaveStuff();
-  Q_INVOKABLE void DrawTile();
-  Q_INVOKABLE void nTile();
-  Q_INVOKABLE void pTile();
   Q_INVOKABLE void Command1_Click(int Index);
   Q_INVOKABLE void List1_Click();
 

@@ -156,6 +156,38 @@ bool TileScreenForm::eventFilter(QObject* obj, QEvent* ev) {
   return which_ != TileScreen::Road;  // the screens with buttons consume the key
 }
 
+void TileScreenForm::Form_Load() {
+  TileScreen_Load(s_, which_);
+  SyncControls();
+}
+void TileScreenForm::Form_Unload() { DoUnload(); }
+void TileScreenForm::Form_KeyDown(int KeyCode, int) { DoKeyDown(KeyCode); }
+void TileScreenForm::Form_KeyUp(int, int) { DoKeyUp(); }
+void TileScreenForm::Form_MouseMove() {
+  TileScreen_MouseMove(s_, which_);
+  SyncControls();
+}
+void TileScreenForm::GetStuff() {
+  TileScreen_GetStuff(s_, which_);
+  SyncControls();
+}
+void TileScreenForm::SaveStuff() {
+  TileScreen_SaveStuff(s_, which_);
+  SyncControls();
+}
+void TileScreenForm::DrawTile() {
+  TileScreen_DrawTile(s_, which_);
+  SyncControls();
+}
+void TileScreenForm::nTile() {
+  TileScreen_nTile(s_, which_);
+  SyncControls();
+}
+void TileScreenForm::pTile() {
+  TileScreen_pTile(s_, which_);
+  SyncControls();
+}
+
 void TileScreenForm::DoKeyDown(int KeyCode) {
   if (!TileScreen_KeyDown(s_, which_, KeyCode)) return;
   // The key's button takes the focus, as if it had been pressed.

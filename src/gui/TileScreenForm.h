@@ -1,8 +1,8 @@
 // What the three tile data screens (Form11, Form13, Form14) share: the
 // enlarged tile, its caption, the keys B, N and S, the bold command, and the
-// six side marks of the two screens that have them. Each screen's handlers
-// are its own (Form11.h, Form13.h, Form14.h); they call the core in
-// autotile/tilescreens.h.
+// six side marks of the two screens that have them, and the handlers of all
+// three; each screen adds its own (Form11.h, Form13.h, Form14.h). They call
+// the core in autotile/tilescreens.h.
 #pragma once
 
 #include <QWidget>
@@ -31,6 +31,18 @@ class TileScreenForm : public QWidget, public VbForm {
   bool GetOwnProperty(QObject* ctl, const QString& prop, QString* out) override;
   bool SetOwnProperty(QObject* ctl, const QString& prop, const QString& value) override;
   TileScreen which() const { return which_; }
+
+  // The handlers every screen has; the automation finds them on each screen.
+  Q_INVOKABLE void Form_Load();
+  Q_INVOKABLE void Form_Unload();
+  Q_INVOKABLE void Form_KeyDown(int KeyCode, int Shift);
+  Q_INVOKABLE void Form_KeyUp(int KeyCode, int Shift);
+  Q_INVOKABLE void Form_MouseMove();
+  Q_INVOKABLE void GetStuff();
+  Q_INVOKABLE void SaveStuff();
+  Q_INVOKABLE void DrawTile();
+  Q_INVOKABLE void nTile();
+  Q_INVOKABLE void pTile();
 
  protected:
   TileScreenCommon& common();

@@ -150,9 +150,18 @@ bool SetControlProperty(VbForm& form, QObject* ctl, const QString& propIn, const
   return false;
 }
 
+// The first method of the editor's own classes in the form's chain: handlers
+// are looked for there, not among the slots of Qt's widget classes.
+static int FirstOwnMethod(const QMetaObject* mo) {
+  int first = mo->methodOffset();
+  for (const QMetaObject* m = mo; m && QByteArray(m->className()).startsWith("kv::"); m = m->superClass())
+    first = m->methodOffset();
+  return first;
+}
+
 bool InvokeHandler(QObject* form, const QString& name, const QStringList& args, QString* err) {
   const QMetaObject* mo = form->metaObject();
-  for (int i = mo->methodOffset(); i < mo->methodCount(); ++i) {
+  for (int i = FirstOwnMethod(mo); i < mo->methodCount(); ++i) {
     const QMetaMethod m = mo->method(i);
     if (m.methodType() != QMetaMethod::Method && m.methodType() != QMetaMethod::Slot) continue;
     if (QString::fromLatin1(m.name()).compare(name, Qt::CaseInsensitive) != 0) continue;
