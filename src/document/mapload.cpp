@@ -16,9 +16,9 @@ namespace {
 
 // Replaces the document's map content by what was read, keeping its identity.
 void TakeMap(Document& d, Document&& m) {
-  d.TakePlanes(std::move(m));
   d.ObjCount = m.ObjCount;
   d.ObjList = std::move(m.ObjList);
+  d.TakePlanes(std::move(m));
 }
 
 void ViewAfterLoad(Session& s, int origin) {
