@@ -123,14 +123,17 @@ const std::map<QString, Var>& Variables() {
     KV_PEN(ImgScaleB) KV_PEN(ColourCRV)
 #undef KV_PEN
     m["jumpboxcolour"] = I32([](Session& s) -> int32_t& { return s.pens.JumpBoxColour; });
-    m["viewx"] = I32([](Session& s) -> int32_t& { return s.view.ViewX; });
-    m["viewy"] = I32([](Session& s) -> int32_t& { return s.view.ViewY; });
-    m["viewcols"] = I16([](Session& s) -> int16_t& { return s.view.ViewCols; });
-    m["viewrows"] = I16([](Session& s) -> int16_t& { return s.view.ViewRows; });
-    m["viewpixw"] = I32([](Session& s) -> int32_t& { return s.view.ViewPixW; });
-    m["viewpixh"] = I32([](Session& s) -> int32_t& { return s.view.ViewPixH; });
-    m["viewmaxx"] = I32([](Session& s) -> int32_t& { return s.view.ViewMaxX; });
-    m["viewmaxy"] = I32([](Session& s) -> int32_t& { return s.view.ViewMaxY; });
+    // The view's origin is a hex number, 16 bits as every column and row.
+    m["viewx"] = NumVar<int32_t>([](Session& s) -> int32_t& { return s.view.ViewX; }, -32768, 32767);
+    m["viewy"] = NumVar<int32_t>([](Session& s) -> int32_t& { return s.view.ViewY; }, -32768, 32767);
+    // The view's size as a layout can make it, up to a screen of 8192 pixels
+    // each way: the off-screen buffers are made to it.
+    m["viewcols"] = NumVar<int16_t>([](Session& s) -> int16_t& { return s.view.ViewCols; }, 0, 180);
+    m["viewrows"] = NumVar<int16_t>([](Session& s) -> int16_t& { return s.view.ViewRows; }, 0, 160);
+    m["viewpixw"] = NumVar<int32_t>([](Session& s) -> int32_t& { return s.view.ViewPixW; }, 0, 8192);
+    m["viewpixh"] = NumVar<int32_t>([](Session& s) -> int32_t& { return s.view.ViewPixH; }, 0, 8192);
+    m["viewmaxx"] = NumVar<int32_t>([](Session& s) -> int32_t& { return s.view.ViewMaxX; }, -32768, 32767);
+    m["viewmaxy"] = NumVar<int32_t>([](Session& s) -> int32_t& { return s.view.ViewMaxY; }, -32768, 32767);
     m["scrollsilent"] = I16([](Session& s) -> int16_t& { return s.view.ScrollSilent; });
     m["dlgmode"] = I16([](Session& s) -> int16_t& { return s.ed.dlg.DlgMode; });
     m["mapmaxx"] = ReadOnly([](Session& s) { return s.doc.MapMaxX; });
@@ -373,6 +376,12 @@ class Runner {
 };
 
 }  // namespace
+
+std::vector<QString> ScriptVariableNames() {
+  std::vector<QString> out;
+  for (const auto& [name, var] : Variables()) out.push_back(name);
+  return out;
+}
 
 int RunScript(Form1& form, std::istream& in, std::FILE* out, std::FILE* err) {
   Script().active = true;

@@ -11,10 +11,14 @@
 #include <QStringList>
 #include <QVariant>
 #include <QWidget>
+#include <cmath>
 
 namespace kv::gui {
 
 namespace {
+
+// The largest number (a position in pixels, a key code) an event argument takes.
+constexpr int kMaxEventNumber = 1000000;
 
 QString Flag(bool b) { return b ? QStringLiteral("-1") : QStringLiteral("0"); }
 
@@ -174,18 +178,26 @@ bool InvokeHandler(QObject* form, const QString& name, const QStringList& args, 
     for (int k = 0; k < args.size() && k < 10; ++k) {
       const int type = m.parameterType(k);
       bool ok = true;
-      if (type == QMetaType::Int)
-        vals[k] = args[k].trimmed().toInt(&ok);
-      else if (type == QMetaType::Double)
-        vals[k] = args[k].trimmed().toDouble(&ok);
+      // Numbers as the window system gives them: whole, finite and within
+      // any screen; a script cannot hand a handler more than a user can.
+      if (type == QMetaType::Int) {
+        const int v = args[k].trimmed().toInt(&ok);
+        ok = ok && v >= -kMaxEventNumber && v <= kMaxEventNumber;
+        vals[k] = v;
+      } else if (type == QMetaType::Double) {
+        const double v = args[k].trimmed().toDouble(&ok);
+        ok = ok && std::isfinite(v) && std::abs(v) <= kMaxEventNumber;
+        vals[k] = v;
+      }
       else if (type == QMetaType::QString)
         vals[k] = args[k];
       else
         ok = false;
       if (!ok) {
-        *err = QStringLiteral("argument %1 of %2: \"%3\" is no %4")
+        *err = QStringLiteral("argument %1 of %2: \"%3\" is no %4 from -%5 to %5")
                    .arg(k + 1)
-                   .arg(name, args[k], QString::fromLatin1(QMetaType(type).name()));
+                   .arg(name, args[k], QString::fromLatin1(QMetaType(type).name()))
+                   .arg(kMaxEventNumber);
         return false;
       }
       ga[k] = QGenericArgument(QMetaType(type).name(), vals[k].constData());
