@@ -1,6 +1,6 @@
 # Debian packages the build needs; sourced by scripts/run and scripts/test.
 KV_PACKAGES=(build-essential cmake ninja-build pkg-config qt6-base-dev qt6-base-dev-tools libgl-dev
-             libgtest-dev libgmock-dev libbenchmark-dev libstb-dev xvfb xauth)
+             libgtest-dev libgmock-dev libbenchmark-dev libstb-dev zlib1g-dev xvfb xauth)
 
 kv_install_deps() {
   local missing=()
