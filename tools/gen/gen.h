@@ -28,7 +28,7 @@ bool MakeExampleMap(const std::filesystem::path& dir, const std::filesystem::pat
 struct TileDef {
   int tile = 0;
   int terrain = 0;
-  std::string art;      // plain, edge, massif
+  std::string art;      // plain, edge, massif, mouth
   std::string pattern;  // six ring digits, or "" when the tile is in no list
   std::vector<int> road;   // sides the road leaves by
   std::vector<int> river;  // sides the river leaves by
@@ -51,7 +51,8 @@ bool ReadNationDefs(const std::string& path, std::vector<NationDef>& out, std::s
 // tiles draw their streets but are connected by their terrain.
 bool RoadInfoCarries(const TileDef& t);
 
-// The tile sheet: 16 x 16 cells, tile t at ((t % 16) * 60, (t / 16) * 50).
+// The tile sheet: 16 cells to a row and as many rows as the tiles fill, tile
+// t at ((t % 16) * 60, (t / 16) * 50).
 void PaintTileSheet(const std::vector<TileDef>& tiles, kv::Bitmap& sheet);
 
 // The sprite sheets under bmp/ and the flags under flags/.

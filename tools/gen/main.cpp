@@ -84,8 +84,9 @@ bool kvgen::Generate(const fs::path& out, const fs::path& src, std::string* err)
   // Terrain of each tile, as text and as the binary table.
   // A field ends at a comma or at a line end, so a line carries no comma at
   // its end: the count, then sixteen values a line.
-  std::string hexdata = std::to_string(kTiles) + "\n", tiletype;
-  for (int t = 0; t < kTiles; ++t) {
+  const int tileCount = static_cast<int>(tiles.size());
+  std::string hexdata = std::to_string(tileCount) + "\n", tiletype;
+  for (int t = 0; t < tileCount; ++t) {
     hexdata += std::to_string(tiles[t].terrain);
     hexdata += (t % 16 == 15) ? "\n" : ",";
     tiletype += static_cast<char>(tiles[t].terrain);
@@ -94,7 +95,7 @@ bool kvgen::Generate(const fs::path& out, const fs::path& src, std::string* err)
   if (!WriteFile(out / "mapedit/tiletype.dat", tiletype, err)) return false;
 
   // Roads: six bytes a tile, clockwise from the top (sides 5, 6, 1, 2, 3, 4).
-  std::string roadinfo(6 * kTiles, '\0');
+  std::string roadinfo(6 * tileCount, '\0');
   for (const TileDef& t : tiles) {
     if (!RoadInfoCarries(t)) continue;
     for (int s : t.road) roadinfo[6 * t.tile + SideRing(s) - 1] = 1;
@@ -103,7 +104,7 @@ bool kvgen::Generate(const fs::path& out, const fs::path& src, std::string* err)
 
   // Auto-tile starter data: the tile marks and the terrain tile lists that
   // the tile data screen would build from them.
-  std::string patterns(6 * kTiles, '\0'), ptiles(kTiles, '\0'), random(kTiles, '\0');
+  std::string patterns(6 * tileCount, '\0'), ptiles(tileCount, '\0'), random(tileCount, '\0');
   std::map<std::string, std::string> lists;  // path -> records
   for (const TileDef& t : tiles) {
     random[t.tile] = static_cast<char>(t.rnd);
