@@ -240,7 +240,12 @@ void Form1::BuildControls() {
     return QImage(reinterpret_cast<const uchar*>(bm->Pixels().data()), bm->Width(), bm->Height(), bm->Width() * 4,
                   QImage::Format_RGB32);
   };
-  Picture1_->onMouseDown = [this](int b, int sh, double x, double y) { Picture1_MouseDown(b, sh, x, y); };
+  Picture1_->onMouseDown = [this](int b, int sh, double x, double y) {
+    // Shift as the press has it: a key pressed while another window had the
+    // focus (the tile picker) never reached this window's key handlers.
+    session_->pens.ShiftKey = static_cast<int16_t>(sh);
+    Picture1_MouseDown(b, sh, x, y);
+  };
   Picture1_->onMouseMove = [this](int b, int sh, double x, double y) { Picture1_MouseMove(b, sh, x, y); };
   Picture2_->source = [this]() { return picture2Image_; };
   Picture2_->onMouseDown = [this](int b, int sh, double x, double y) { Picture2_MouseDown(b, sh, x, y); };

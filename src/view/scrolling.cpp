@@ -4,6 +4,7 @@
 
 #include "session.h"
 #include "view/render_api.h"
+#include "view/scrollfill.h"
 
 namespace kv {
 
@@ -35,6 +36,8 @@ void HScroll1_Change(Session& s) {
     v.ViewX = v.HScroll1.Value;
     if (d == -1) ScrollRight(s);
     if (d == 1) ScrollLeft(s);
+    // The step leaves out what a full redraw would show at the view's edges.
+    if (std::abs(d) == 1) CompleteScrollStep(s, -d, 0);
     if (std::abs(d) > 1) RedrawBuffers(s);
   }
   BlitPic1(s);
@@ -47,6 +50,7 @@ void VScroll1_Change(Session& s) {
     v.ViewY = v.VScroll1.Value;
     if (d == -1) ScrollDown(s);
     if (d == 1) ScrollUp(s);
+    if (std::abs(d) == 1) CompleteScrollStep(s, 0, -d);
     if (std::abs(d) > 1) RedrawBuffers(s);
   }
   BlitPic1(s);
