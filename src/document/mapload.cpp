@@ -33,8 +33,8 @@ void ViewAfterLoad(Session& s, int origin) {
   if (s.doc.MapMaxX > v.ViewCols) v.HScroll1.Max = s.doc.MapMaxX - v.ViewCols;
   if (s.doc.MapMaxY > v.ViewRows) v.VScroll1.Max = s.doc.MapMaxY - v.ViewRows;
   KeepScrollValuesInRange(s);
-  s.ui().Changed("HScroll1");
-  s.ui().Changed("VScroll1");
+  s.ui().Changed(Change::HScroll1);
+  s.ui().Changed(Change::VScroll1);
 }
 
 struct PointerGuard {
@@ -67,12 +67,13 @@ bool LoadMap(Session& s) {
     d.MapFile = path;
     TakeMap(d, std::move(m.doc));
     KeepPensOnMap(s);
+    s.MapReplaced();
     FillHexPixel(s);
     ViewAfterLoad(s, 1);
     RedrawBuffers(s);
     BuildObjList(s);
     s.forms.Form5Loaded = false;
-    s.ui().UnloadForm("Form5");
+    s.ui().UnloadForm(FormId::Form5);
     LoadForm5(s);  // drawn again at once
     return true;
   }
@@ -86,12 +87,13 @@ bool LoadMap(Session& s) {
   }
   TakeMap(d, std::move(m.doc));
   KeepPensOnMap(s);
+  s.MapReplaced();
   FillHexPixel(s);
   ViewAfterLoad(s, 0);
   std::string set = m.nationSet.empty() ? d.NationSet : m.nationSet;
   if (set != d.NationSet) {
     s.forms.Form3Loaded = false;
-    s.ui().UnloadForm("Form3");
+    s.ui().UnloadForm(FormId::Form3);
     // A set that cannot be read leaves the one in use (and says so).
     if (SwitchNationSet(s, set)) BuildFlagBanks(s);
   }
@@ -99,7 +101,7 @@ bool LoadMap(Session& s) {
   if (m.version <= 544) BuildObjList(s);
   BuildOwnerMap(s);
   s.forms.Form5Loaded = false;
-  s.ui().UnloadForm("Form5");
+  s.ui().UnloadForm(FormId::Form5);
   return true;
 }
 
@@ -183,6 +185,7 @@ bool RestoreSnapshot(Session& s) {
   d.HexLandMass = std::move(m.HexLandMass);
   d.ObjCount = m.ObjCount;
   d.ObjList = std::move(m.ObjList);
+  s.MapEdited();
   RedrawBuffers(s);
   return true;
 }

@@ -149,6 +149,29 @@ const std::map<QString, Var>& Variables() {
     m["hexinset"] = ReadOnly([](Session& s) { return s.ref.HexInset; });
     m["versionno"] = ReadOnly([](Session&) { return VersionNo; });
     m["mousepointer"] = ReadOnly([](Session& s) { return s.forms.MousePointer; });
+    // The rest of the shared data: flag offsets, the jump map's scale and
+    // pitches, the bitmap utility's modes. Values that size an array or a
+    // buffer (the map, the tables, the hex geometry) are read-only.
+    m["flagdx"] = NumVar<uint8_t>([](Session& s) -> uint8_t& { return s.ref.FlagDX; }, 0, 255);
+    m["flagdy"] = NumVar<uint8_t>([](Session& s) -> uint8_t& { return s.ref.FlagDY; }, 0, 255);
+    m["hexslant"] = ReadOnly([](Session& s) { return s.ref.HexSlant; });
+    m["jumpcolpitch"] = NumVar<int16_t>([](Session& s) -> int16_t& { return s.ref.JumpColPitch; }, 0, 1000);
+    m["jumprowpitch"] = NumVar<int16_t>([](Session& s) -> int16_t& { return s.ref.JumpRowPitch; }, 0, 1000);
+    m["jumpfilter"] = I16([](Session& s) -> int16_t& { return s.jump.JumpFilter; });
+    m["jumpscale"] = {[](Session& s) { return QString::number(static_cast<double>(s.jump.JumpScale), 'g', 7); },
+                      [](Session& s, const QString& v) {
+                        bool ok = false;
+                        const double d = v.trimmed().toDouble(&ok);
+                        if (!ok || !(d >= -1000 && d <= 1000)) Fail(QStringLiteral("\"%1\" is no scale").arg(v));
+                        s.jump.JumpScale = static_cast<float>(d);
+                      }};
+    m["jumpmapopen"] = ReadOnly([](Session& s) { return s.forms.Form5Loaded ? -1 : 0; });
+    m["bufw"] = ReadOnly([](Session& s) { return s.sprites.BufW; });
+    m["bufh"] = ReadOnly([](Session& s) { return s.sprites.BufH; });
+    m["replacemode"] = NumVar<int16_t>([](Session& s) -> int16_t& { return s.bmp.ReplaceMode; }, -1, 0);
+    m["extremearmed"] = NumVar<int16_t>([](Session& s) -> int16_t& { return s.bmp.ExtremeArmed; }, 0, 1);
+    m["mapeditmode"] = NumVar<int16_t>([](Session& s) -> int16_t& { return s.bmp.MapEditMode; }, 0, 1);
+    m["bitmapname"] = Str([](Session& s) -> std::string& { return s.bmp.BitmapName; });
     m["mapfile"] = Str([](Session& s) -> std::string& { return s.doc.MapFile; });
     m["mappath"] = Str([](Session& s) -> std::string& { return s.doc.MapPath; });
     m["ndxpath"] = Str([](Session& s) -> std::string& { return s.doc.NdxPath; });

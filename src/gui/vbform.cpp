@@ -7,11 +7,14 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QMetaMethod>
+#include <QRegularExpression>
 #include <QScrollBar>
 #include <QStringList>
 #include <QVariant>
 #include <QWidget>
 #include <cmath>
+
+#include "gui/PictureBox.h"
 
 namespace kv::gui {
 
@@ -61,6 +64,19 @@ QObject* FindControl(QWidget* form, const QString& name) {
 
 bool GetControlProperty(VbForm& form, QObject* ctl, const QString& propIn, QString* out, QString* err) {
   if (form.GetOwnProperty(ctl, propIn, out)) return true;
+  // Point(X, Y) of a picture as it shows: red + 256 green + 65536 blue, -1
+  // outside it.
+  if (auto* pb = qobject_cast<PictureBox*>(ctl); pb && pb->source) {
+    static const QRegularExpression re(QStringLiteral("^point\\(\\s*(-?\\d+)\\s*,\\s*(-?\\d+)\\s*\\)$"),
+                                       QRegularExpression::CaseInsensitiveOption);
+    if (const auto m = re.match(propIn.trimmed()); m.hasMatch()) {
+      const QImage img = pb->source();
+      const int x = m.captured(1).toInt(), y = m.captured(2).toInt();
+      if (!img.valid(x, y)) return *out = QStringLiteral("-1"), true;
+      const QRgb c = img.pixel(x, y);
+      return *out = QString::number(qRed(c) + 256 * qGreen(c) + 65536 * qBlue(c)), true;
+    }
+  }
   const QString prop = propIn.toLower();
   if (auto* w = qobject_cast<QWidget*>(ctl)) {
     if (prop == "visible") return *out = Flag(!w->isHidden()), true;

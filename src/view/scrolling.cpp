@@ -5,6 +5,7 @@
 
 #include "session.h"
 #include "view/render_api.h"
+#include "view/scrollfill.h"
 
 namespace kv {
 
@@ -15,7 +16,7 @@ void SetScrollValue(Session& s, Bar bar, int value) {
   value = std::clamp(value, std::min(b.Min, b.Max), std::max(b.Min, b.Max));
   if (b.Value == value) return;  // an unchanged value fires nothing
   b.Value = value;
-  s.ui().Changed(bar == Bar::H ? "HScroll1" : "VScroll1");
+  s.ui().Changed(bar == Bar::H ? Change::HScroll1 : Change::VScroll1);
   if (bar == Bar::H)
     HScroll1_Change(s);
   else
@@ -34,8 +35,8 @@ void SetScrollRanges(Session& s) {
   v.HScroll1.Max = v.ViewMaxX;
   v.VScroll1.Max = v.ViewMaxY;
   KeepScrollValuesInRange(s);
-  s.ui().Changed("HScroll1");
-  s.ui().Changed("VScroll1");
+  s.ui().Changed(Change::HScroll1);
+  s.ui().Changed(Change::VScroll1);
 }
 
 void HScroll1_Change(Session& s) {
@@ -45,6 +46,8 @@ void HScroll1_Change(Session& s) {
     v.ViewX = v.HScroll1.Value;
     if (d == -1) ScrollRight(s);
     if (d == 1) ScrollLeft(s);
+    // The step leaves out what a full redraw would show at the view's edges.
+    if (std::abs(d) == 1) CompleteScrollStep(s, -d, 0);
     if (std::abs(d) > 1) RedrawBuffers(s);
   }
   BlitPic1(s);
@@ -57,6 +60,7 @@ void VScroll1_Change(Session& s) {
     v.ViewY = v.VScroll1.Value;
     if (d == -1) ScrollDown(s);
     if (d == 1) ScrollUp(s);
+    if (std::abs(d) == 1) CompleteScrollStep(s, 0, -d);
     if (std::abs(d) > 1) RedrawBuffers(s);
   }
   BlitPic1(s);
