@@ -10,6 +10,7 @@
 #include "view/geometry.h"
 #include "view/scrolling.h"
 #include "view/spritebank.h"
+#include "view/transform.h"
 
 namespace kv {
 
@@ -188,14 +189,10 @@ bool ZoomFlags(Session& s, int16_t view, std::string* err) {
 
 void DrawJumpBox(Session& s) {
   LoadForm5(s);
-  const ViewState& v = s.view;
+  const HexRect v = ViewTransform(s.ref, s.view).Visible();
   int32_t x1, y1, x2, y2;
-  // The corners as 16-bit hex numbers, as the box has always taken them,
-  // from sums that cannot overflow whatever a script left in the view.
-  auto hex = [](long long a) { return static_cast<int16_t>(static_cast<uint16_t>(a)); };
-  HexToJumpPixel(s.ref, hex(v.ViewX), hex(v.ViewY), x1, y1);
-  HexToJumpPixel(s.ref, hex(static_cast<long long>(v.ViewX) + v.ViewCols),
-                 hex(static_cast<long long>(v.ViewY) + v.ViewRows), x2, y2);
+  HexToJumpPixel(s.ref, static_cast<int16_t>(v.x1), static_cast<int16_t>(v.y1), x1, y1);
+  HexToJumpPixel(s.ref, static_cast<int16_t>(v.x2), static_cast<int16_t>(v.y2), x2, y2);
   s.jump.Picture2Box = {true, x1, y1, x2, y2, static_cast<uint32_t>(s.pens.JumpBoxColour) & 0xFFFFFFu};
   s.ui().Changed(Change::Form5Picture2);
 }
