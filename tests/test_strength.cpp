@@ -16,6 +16,8 @@
 #include "scenario/pgformat.h"
 #include "view/geometry.h"
 #include "session.h"
+#include "view/compose.h"
+#include "view/spritebank.h"
 
 using namespace kv;
 
@@ -139,4 +141,28 @@ TEST(Strength, MapEditClicksTakeTheRowByTheColumnsParity) {
   EXPECT_EQ(click(30, 16), (std::pair<int, int>(3, 2)));
   EXPECT_EQ(click(40, 24), (std::pair<int, int>(4, 2)));
   EXPECT_EQ(click(50, 24), (std::pair<int, int>(5, 2)));
+}
+
+TEST(Strength, AnObjectivesBigFlagIsCopiedFromTheTopOfItsStrip) {
+  kvtest::MiniSession m;
+  Session& s = *m.s;
+  SpriteBank& b = s.sprites;
+  // A strip in which every pixel differs, and overlays that change nothing.
+  b.FlagBigDC = Bitmap(21 * 3, 14 * 2);
+  for (int y = 0; y < 28; ++y)
+    for (int x = 0; x < 63; ++x) b.FlagBigDC.SetPixel(x, y, RGB(x * 4, y * 9, 77));
+  const int W = s.ref.HexW, H = s.ref.HexH;
+  b.FxMaskDC = Bitmap(W * 9, H);
+  b.FxMaskDC.Fill(0xFFFFFF);
+  b.FxDC = Bitmap(W * 9, H);
+  for (int kind : {2, 3}) {
+    s.doc.HexCtl(2, 2, 0) = 1;
+    s.doc.HexCtl(2, 2, 1) = static_cast<uint8_t>(kind);
+    Bitmap dst(W + 40, H + 40);
+    PaintHexAt(s, dst, 0, 0, 2, 2, 0);
+    const int fx = s.ref.FlagDX, fy = s.ref.FlagDY;
+    for (int j = 0; j < 14; ++j)
+      for (int i = 0; i < 21; ++i)
+        ASSERT_EQ(dst.GetPixel(fx + i, fy + j), b.FlagBigDC.GetPixel(21 + i, j)) << kind << ": " << i << "," << j;
+  }
 }

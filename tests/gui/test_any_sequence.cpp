@@ -207,3 +207,26 @@ TEST(AnySequence, ValuesOnlyAScriptCanSetAreHarmless) {
   JumpMapClick(s, 5, std::numeric_limits<double>::quiet_NaN());
   EXPECT_EQ(s.view.ViewX, before_x);
 }
+
+// Found by the stateful fuzzer (kv_statefuzz), each with its shortest sequence.
+TEST(FuzzFound, ANewMapSmallerThanTheViewKeepsTheScrollBarsInRange) {
+  Editor e;
+  const ScrollBarModel& h = e.s().view.HScroll1;
+  const ScrollBarModel& v = e.s().view.VScroll1;
+  auto inRange = [](const ScrollBarModel& b) {
+    return std::min(b.Min, b.Max) <= b.Value && b.Value <= std::max(b.Min, b.Max);
+  };
+  // New Map puts both bars at 1 first; a map of three rows has a range that
+  // runs from 0 down to below 0.
+  ASSERT_EQ(e.Run(Editor::NewMap(300, 2)), 0);
+  EXPECT_LT(v.Max, 0);
+  EXPECT_TRUE(inRange(v)) << v.Value << " in " << v.Min << ".." << v.Max;
+  EXPECT_TRUE(inRange(h));
+  // And New Map again from there: the bar stops at the end of its range.
+  ASSERT_EQ(e.Run(Editor::NewMap(2, 300)), 0);
+  EXPECT_TRUE(inRange(v));
+  EXPECT_TRUE(inRange(h)) << h.Value << " in " << h.Min << ".." << h.Max;
+  ASSERT_EQ(e.Run("Form1.menu_file_new_Click\nForm6.Command1_Click\n"), 0);
+  EXPECT_TRUE(inRange(h)) << h.Value << " in " << h.Min << ".." << h.Max;
+  EXPECT_EQ(e.s().view.ViewX, 1);  // Cancel leaves the origin the menu set
+}
