@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
@@ -17,6 +18,7 @@
 #include "analysis/roadcheck.h"
 #include "autotile/passes.h"
 #include "document/clipboard.h"
+#include "document/fileflow.h"
 #include "document/filemenu.h"
 #include "document/startup.h"
 #include "editing/controlform.h"
@@ -36,6 +38,7 @@
 #include "gui/Form9.h"
 #include "gui/LoadSave.h"
 #include "gui/formkit.h"
+#include "gui/recentmaps.h"
 #include "gui/PictureBox.h"
 #include "jumpmap/mapimage.h"
 #include "platform/bitmap.h"
@@ -163,6 +166,8 @@ Form1::Form1(std::string appPath, QWidget* parent) : QMainWindow(parent) {
     if (form2_) form2_->SyncControls();
   };
   setWindowTitle(QStringLiteral("Form1"));
+  // The comfort that would change what a classic script sees waits for a script to ask.
+  session_->comfort.DialogFollowsMap = !Script().active;
   BuildControls();
   BuildMenu();
 }
@@ -302,6 +307,14 @@ void Form1::BuildMenu() {
   }
   for (const char* n : {"mRandom", "mHexSides", "HexControlOn", "HexControlOFF", "mGrid"})
     if (auto* a = findChild<QAction*>(QString::fromLatin1(n))) a->setCheckable(true);
+  // File > Recent Maps, before Exit.
+  recent_ = new RecentMaps(findChild<QMenu*>(QStringLiteral("menu_file")),
+                           findChild<QAction*>(QStringLiteral("menu_file_exit")), this);
+  recent_->open = [this](const QString& path) {
+    const QFileInfo info(path);
+    OpenMapFile(*session_, info.absolutePath().toLocal8Bit().toStdString(), info.fileName().toLocal8Bit().toStdString());
+    SyncControls();
+  };
 }
 
 void Form1::ApplyLayout(bool withTail) {
@@ -458,6 +471,7 @@ void Form1::SyncControls() {
   action("mGrid")->setChecked(f.mGridChecked);
   SetBar(HScroll1_, s.view.HScroll1);
   SetBar(VScroll1_, s.view.VScroll1);
+  if (recent_) recent_->Note(s.doc.MapPath, s.App("newmap.map"));
   const bool busy = s.forms.MousePointer == vbHourglass;
   if (busy != busyCursor_) {
     if (busy)
@@ -497,6 +511,7 @@ void Form1::OnChanged(const std::string& what) {
   } else if (what == "LoadSave.Show") {
     auto* d = static_cast<LoadSave*>(FormByName(QStringLiteral("LoadSave")));
     d->SyncControls();
+    d->Showing();
     d->show();  // without waiting: the main window stays usable
     if (!Script().active) d->raise();
   } else if (what.rfind("LoadSave", 0) == 0) {

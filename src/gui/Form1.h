@@ -36,6 +36,7 @@ class Form12;
 class Form13;
 class Form14;
 class Form15;
+class RecentMaps;
 
 class Form1 : public QMainWindow, public VbForm {
   Q_OBJECT
@@ -174,6 +175,7 @@ class Form1 : public QMainWindow, public VbForm {
   QPointer<Form13> form13_;
   QPointer<Form14> form14_;
   QPointer<Form15> form15_;
+  RecentMaps* recent_ = nullptr;
 };
 
 }  // namespace kv::gui
