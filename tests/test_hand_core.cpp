@@ -39,12 +39,14 @@ TEST(HandZoom, TheHexUnderThePointerStaysUnderIt) {
     s.view.ViewY = 20 + static_cast<int>(rng() % 60);
     const double wx = rng() % 1200, wy = rng() % 800;
     int16_t hx = 0, hy = 0, nx = 0, ny = 0;
-    ViewPointHex(s, WindowToView(wx, from), WindowToView(wy, from), hx, hy);
+    s.view.Zoom = static_cast<int16_t>(from);
+    ViewPointHex(s, wx, wy, hx, hy);
     int32_t vx = 0, vy = 0;
-    OriginKeepingPoint(s, wx, wy, from, to, vx, vy);
+    OriginKeepingPoint(s, wx, wy, to, vx, vy);
     s.view.ViewX = vx;
     s.view.ViewY = vy;
-    ViewPointHex(s, WindowToView(wx, to), WindowToView(wy, to), nx, ny);
+    s.view.Zoom = static_cast<int16_t>(to);
+    ViewPointHex(s, wx, wy, nx, ny);
     ASSERT_EQ(nx, hx) << from << "% -> " << to << "% at " << wx << "," << wy;
     ASSERT_EQ(ny, hy) << from << "% -> " << to << "% at " << wx << "," << wy;
   }

@@ -73,7 +73,7 @@ void Form1::BuildHand() {
     a->setShortcut(seq);
     a->setShortcutContext(Qt::WindowShortcut);
     connect(a, &QAction::triggered, this, [this, dir]() {
-      const int z = dir == 0 ? 100 : ZoomStep(hand_.Zoom, dir);
+      const int z = dir == 0 ? 100 : ZoomStep(session_->view.Zoom, dir);
       const QPoint c(Picture1_->width() / 2, Picture1_->height() / 2);
       SetZoom(z, c);
     });
@@ -96,10 +96,10 @@ void Form1::BuildHand() {
   (void)s;
 }
 
-int Form1::Zoom() const { return hand_.Zoom; }
+int Form1::Zoom() const { return session_->view.Zoom; }
 
 void Form1::SyncHand() {
-  if (status_) status_->ShowPen(*session_, hand_.Zoom);
+  if (status_) status_->ShowPen(*session_, session_->view.Zoom);
 }
 
 void Form1::resizeEvent(QResizeEvent* ev) {
@@ -187,7 +187,7 @@ void Form1::FitToWindow() {
   const MainLayout l = FittedLayout(W, H);
   // The view: the picture's inside at the zoom, in the view's own pixels.
   ViewState& v = s.view;
-  const int z = hand_.Zoom;
+  const int z = s.view.Zoom;
   const int pixW = std::max(1, static_cast<int>(WindowToView(l.Picture1.Width - kPictureBorder, z)));
   const int pixH = std::max(1, static_cast<int>(WindowToView(l.Picture1.Height - kPictureBorder, z)));
   const auto cols = static_cast<int16_t>(std::max(0, (pixW + kPictureBorder) / s.ref.ColPitch - 1));
@@ -228,12 +228,12 @@ void Form1::FitToWindow() {
 void Form1::SetZoom(int percent, QPoint at) {
   Session& s = *session_;
   percent = std::clamp(percent, kZoomMin, kZoomMax);
-  const int old = hand_.Zoom;
+  const int old = session_->view.Zoom;
   if (percent == old) return;
   // The hex under the point stays under it.
   int32_t vx = s.view.ViewX, vy = s.view.ViewY;
-  OriginKeepingPoint(s, at.x() - 2, at.y() - 2, old, percent, vx, vy);
-  hand_.Zoom = percent;
+  OriginKeepingPoint(s, at.x() - 2, at.y() - 2, percent, vx, vy);
+  s.view.Zoom = static_cast<int16_t>(percent);
   s.view.ViewX = vx;
   s.view.ViewY = vy;
   if (loaded_ && hand_.LayoutFollowsWindow) {
@@ -249,7 +249,7 @@ void Form1::Wheel(int dy, int dx, int shift, double x, double y) {
   if (shift & 2) {
     // Ctrl+wheel: a zoom step a notch, round the hex under the pointer.
     if (dy == 0) return;
-    SetZoom(ZoomStep(hand_.Zoom, dy > 0 ? +1 : -1), QPoint(static_cast<int>(x) + 2, static_cast<int>(y) + 2));
+    SetZoom(ZoomStep(session_->view.Zoom, dy > 0 ? +1 : -1), QPoint(static_cast<int>(x) + 2, static_cast<int>(y) + 2));
     return;
   }
   // Three rows (or columns) a notch, one step at a time through the bars,
@@ -272,7 +272,8 @@ void Form1::PressOnView(int button, int shift, double x, double y) {
   // Shift as the press has it: a key pressed while another window had the
   // focus (the tile picker) never reached this window's key handlers.
   s.pens.ShiftKey = static_cast<int16_t>(shift);
-  const double X = WindowToView(x, hand_.Zoom), Y = WindowToView(y, hand_.Zoom);
+  // The handler takes the point of the view and finds the hex through the view transform.
+  const double X = x, Y = y;
   Picture1_MouseDown(button, shift, X, Y);
   // A plain left press in a painting mode starts a stroke.
   stroke_ = button == 1 && shift == 0 && s.pens.CtlMode != 3 && !(s.pens.CtlMode == 1 && s.pens.CurNation == 0);
@@ -282,7 +283,7 @@ void Form1::PressOnView(int button, int shift, double x, double y) {
 
 void Form1::MoveOnView(int buttons, int shift, double x, double y) {
   Session& s = *session_;
-  const double X = WindowToView(x, hand_.Zoom), Y = WindowToView(y, hand_.Zoom);
+  const double X = x, Y = y;
   if (stroke_ && (buttons & 1)) StrokeTo(X, Y);
   Picture1_MouseMove(buttons, shift, X, Y);
   int16_t hx = 0, hy = 0;

@@ -44,7 +44,7 @@ bool HandScriptCall(Form1& f, const QString& name, const QStringList& args, QStr
       return false;
     }
     const ViewState& v = f.session().view;
-    const int z = f.hand().Zoom;
+    const int z = f.session().view.Zoom;
     f.Wheel(delta, 0, shift, ViewToWindow(v.ViewPixW / 2.0, z), ViewToWindow(v.ViewPixH / 2.0, z));
     return true;
   }
@@ -53,7 +53,7 @@ bool HandScriptCall(Form1& f, const QString& name, const QStringList& args, QStr
 
 bool HandScriptGet(Form1& f, const QString& name, QString* out) {
   if (name.compare(QStringLiteral("Zoom"), Qt::CaseInsensitive) == 0) {
-    *out = QString::number(f.hand().Zoom);
+    *out = QString::number(f.session().view.Zoom);
     return true;
   }
   return false;
@@ -70,7 +70,7 @@ bool HandScriptSet(Form1& f, const QString& name, const QString& value, QString*
     // A script that sets the zoom asks for the editor's layout.
     f.hand().LayoutFollowsWindow = true;
     const ViewState& v = f.session().view;
-    const int old = f.hand().Zoom;
+    const int old = f.session().view.Zoom;
     f.SetZoom(z, QPoint(static_cast<int>(ViewToWindow(v.ViewPixW / 2.0, old)) + 2,
                         static_cast<int>(ViewToWindow(v.ViewPixH / 2.0, old)) + 2));
     f.FitToWindow();

@@ -14,9 +14,6 @@ struct HandState {
   bool WindowsInReach = false;
   // An open jump map shows every edit at once.
   bool LiveJumpMap = false;
-  // The zoom in per cent (25 to 200): the window shows the view at this size,
-  // and the view holds the hexes of a window that much larger.
-  int Zoom = 100;
 };
 
 }  // namespace kv::gui

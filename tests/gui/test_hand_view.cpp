@@ -71,7 +71,7 @@ struct Editor {
     int32_t px = 0, py = 0;
     HexToPixel(s().ref, x, y, px, py);
     const ViewState& v = s().view;
-    const double z = f->hand().Zoom / 100.0;
+    const double z = s().view.Zoom / 100.0;
     return {static_cast<int>((px + s().ref.ColPitch / 2 - s().ref.ColPitch * v.ViewX) * z) + kBorder,
             static_cast<int>((py + s().ref.RowPitch / 2 - s().ref.RowPitch * v.ViewY) * z) + kBorder};
   }
@@ -244,7 +244,7 @@ TEST(HandWheel, TheWheelScrollsThroughTheBarsAndCtrlZoomsRoundThePointer) {
   const QPoint at(300, 200);
   auto hexAt = [&](QPoint p) {
     int16_t x = 0, y = 0;
-    const double z = e.f->hand().Zoom / 100.0;
+    const double z = e.s().view.Zoom / 100.0;
     pixel_hex(s, std::nearbyint((p.x() - kBorder) / z + s.ref.ColPitch * s.view.ViewX),
               std::nearbyint((p.y() - kBorder) / z + s.ref.RowPitch * s.view.ViewY), x, y);
     return std::pair<int, int>(x, y);
@@ -252,11 +252,11 @@ TEST(HandWheel, TheWheelScrollsThroughTheBarsAndCtrlZoomsRoundThePointer) {
   const auto before = hexAt(at);
   const int cols = s.view.ViewCols;
   WheelAt(v, at, -120, Qt::ControlModifier);
-  EXPECT_EQ(e.f->hand().Zoom, 75);
+  EXPECT_EQ(e.s().view.Zoom, 75);
   EXPECT_GT(s.view.ViewCols, cols);  // zoomed out, more hexes
   EXPECT_EQ(hexAt(at), before);
   for (int i = 0; i < 8; ++i) WheelAt(v, at, -120, Qt::ControlModifier);
-  EXPECT_EQ(e.f->hand().Zoom, 25);
+  EXPECT_EQ(e.s().view.Zoom, 25);
   EXPECT_EQ(hexAt(at), before);
   // A click at the pointer goes through the same transform.
   Mouse(v, QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton);
