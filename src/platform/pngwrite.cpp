@@ -257,7 +257,8 @@ struct PngWriter::Impl {
 PngWriter::PngWriter(ByteSink& out, int64_t width, int64_t height, PngCompression level, int threads) {
   impl_ = std::make_unique<Impl>(out, width, height, ZlibLevel(level));
   Impl& d = *impl_;
-  if (width < 1 || height < 1 || width > kPngMaxSide || height > kPngMaxSide) {
+  // A strip holds at least one row, and zlib takes a piece's length in 32 bits.
+  if (width < 1 || height < 1 || width > kPngMaxWidth || height > kPngMaxSide) {
     d.failed = true;
     return;
   }
