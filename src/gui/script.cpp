@@ -9,10 +9,12 @@
 #include <vector>
 
 #include "gui/Form1.h"
+#include "gui/handscript.h"
 #include "gui/qtui.h"
 #include "gui/vbform.h"
 #include "session.h"
 #include "view/geometry.h"
+#include "view/transform.h"
 
 namespace kv::gui {
 
@@ -262,6 +264,8 @@ class Runner {
   }
 
  private:
+  // The pseudo-form of the editor's comfort.
+  static bool IsEditor(const QString& name) { return name.compare(QStringLiteral("Editor"), Qt::CaseInsensitive) == 0; }
   // Splits "Form.Control.Property" or "Form.Handler".
   static QStringList Dotted(const QString& t) { return t.split(QLatin1Char('.')); }
 
@@ -280,6 +284,13 @@ class Runner {
   void Call(const QStringList& t) {
     const QStringList parts = Dotted(t[0]);
     if (parts.size() != 2) Fail(QStringLiteral("\"%1\" names nothing known").arg(t[0]));
+    if (IsEditor(parts[0])) {
+      QString err;
+      if (!HandScriptCall(f_, parts[1], t.mid(1), &err))
+        Fail(err.isEmpty() ? QStringLiteral("Editor has no %1").arg(parts[1]) : err);
+      Settle();
+      return;
+    }
     VbForm* form = Form(parts[0]);
     QString err;
     if (!InvokeHandler(form->formWidget(), parts[1], t.mid(1), &err)) Fail(err);
@@ -288,6 +299,13 @@ class Runner {
 
   void Assign(const QString& target, const QString& value) {
     const QStringList parts = Dotted(target);
+    if (parts.size() == 2 && IsEditor(parts[0])) {
+      QString err;
+      if (!HandScriptSet(f_, parts[1], value, &err))
+        Fail(err.isEmpty() ? QStringLiteral("Editor has no %1").arg(parts[1]) : err);
+      Settle();
+      return;
+    }
     if (parts.size() == 3) {
       VbForm* form = Form(parts[0]);
       QObject* ctl = Control(form, parts[1]);
@@ -311,6 +329,11 @@ class Runner {
 
   QString Value(const QString& item) {
     const QStringList parts = Dotted(item);
+    if (parts.size() == 2 && IsEditor(parts[0])) {
+      QString out;
+      if (!HandScriptGet(f_, parts[1], &out)) Fail(QStringLiteral("Editor has no %1").arg(parts[1]));
+      return out;
+    }
     if (parts.size() == 2 || parts.size() == 3) {
       VbForm* form = Form(parts[0]);
       form->SyncControls();
@@ -350,10 +373,8 @@ class Runner {
     const int shift = t.size() > 3 ? static_cast<int>(ToNumber(t[3])) : 0;
     if (!s_.doc.OnMap(static_cast<int>(x), static_cast<int>(y)))
       Fail(QStringLiteral("hex (%1, %2) is not on the map").arg(x).arg(y));
-    int32_t px = 0, py = 0;
-    HexToPixel(s_.ref, static_cast<int>(x), static_cast<int>(y), px, py);
-    const double X = px + s_.ref.ColPitch / 2 - static_cast<double>(s_.ref.ColPitch) * s_.view.ViewX;
-    const double Y = py + s_.ref.RowPitch / 2 - static_cast<double>(s_.ref.RowPitch) * s_.view.ViewY;
+    double X = 0, Y = 0;
+    ViewTransform(s_.ref, s_.view).HexCentre(static_cast<int>(x), static_cast<int>(y), X, Y);
     // The shift state counts as held for this press, as a key event would have set it.
     const int16_t before = s_.pens.ShiftKey;
     if (shift) s_.pens.ShiftKey = static_cast<int16_t>(shift);

@@ -5,11 +5,13 @@
 #include <cstdio>
 
 #include "document/document_ops.h"
+#include "jumpmap/livejump.h"
 #include "platform/fileio.h"
 #include "session.h"
 #include "view/geometry.h"
 #include "view/scrolling.h"
 #include "view/spritebank.h"
+#include "view/transform.h"
 
 namespace kv {
 
@@ -82,6 +84,7 @@ void DrawStrategicMap(Session& s) {
   r.JumpRowPitch = static_cast<int16_t>(rowp);
 
   Bitmap& pic = j.Picture2;
+  NoteJumpMapPicture(s, true);
   pic.Create(colp * (d.MapMaxX + 1), rowp * (d.MapMaxY + 1));
   pic.Fill(kPictureBackColour);
   j.Picture2Box.shown = false;
@@ -127,6 +130,7 @@ bool ZoomFlags(Session& s, int16_t view, std::string* err) {
   Document& d = s.doc;
   JumpMapState& j = s.jump;
   const SpriteBank& b = s.sprites;
+  NoteJumpMapPicture(s, false);  // the map's bitmap with flags, from here on
   std::string& dlgFile = s.ed.dlg.DlgFile;
   if (dlgFile.empty()) dlgFile = JoinPath(s.AppPath, "newmap.map");
   const std::string bmpPath = CutExt(dlgFile, 3, "bmp");
@@ -178,11 +182,10 @@ bool ZoomFlags(Session& s, int16_t view, std::string* err) {
 
 void DrawJumpBox(Session& s) {
   LoadForm5(s);
-  const ViewState& v = s.view;
+  const HexRect v = ViewTransform(s.ref, s.view).Visible();
   int32_t x1, y1, x2, y2;
-  HexToJumpPixel(s.ref, static_cast<int16_t>(v.ViewX), static_cast<int16_t>(v.ViewY), x1, y1);
-  HexToJumpPixel(s.ref, static_cast<int16_t>(v.ViewX + v.ViewCols),
-                 static_cast<int16_t>(v.ViewY + v.ViewRows), x2, y2);
+  HexToJumpPixel(s.ref, static_cast<int16_t>(v.x1), static_cast<int16_t>(v.y1), x1, y1);
+  HexToJumpPixel(s.ref, static_cast<int16_t>(v.x2), static_cast<int16_t>(v.y2), x2, y2);
   s.jump.Picture2Box = {true, x1, y1, x2, y2, static_cast<uint32_t>(s.pens.JumpBoxColour) & 0xFFFFFFu};
   s.ui().Changed(Change::Form5Picture2);
 }
