@@ -10,6 +10,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QResizeEvent>
+#include <QScreen>
 #include <QScrollBar>
 #include <QSettings>
 #include <QWheelEvent>
@@ -201,7 +202,14 @@ void Form1::FitToWindow() {
   for (const Rect* r : {&l.Command9, &l.Label5, &l.Text4, &l.Label2})
     minW = std::max(minW, r->Left + r->Width), minH = std::max(minH, r->Top + r->Height);
   minH = minH - (l.Picture1.Height) + 2 * s.ref.RowPitch * z / 100 + kPictureBorder;
-  c->setMinimumSize(std::min(minW, 4000), std::max(minH, 100));
+  // Never more than the screen holds (at a large scale factor a small screen
+  // is smaller than every control together).
+  if (QScreen* sc = isVisible() ? screen() : nullptr) {
+    const QRect avail = sc->availableGeometry();
+    minW = std::min(minW, avail.width() - 16);
+    minH = std::min(minH, avail.height() - menuBar()->height() - (status_ ? status_->height() : 0) - 48);
+  }
+  c->setMinimumSize(std::max(minW, 200), std::max(minH, 100));
   if (!viewChanged) return;
   v.ViewPixW = pixW;
   v.ViewPixH = pixH;
