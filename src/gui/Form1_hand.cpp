@@ -282,9 +282,13 @@ void Form1::PressOnView(int button, int shift, double x, double y) {
   s.pens.ShiftKey = static_cast<int16_t>(shift);
   // The handler takes the point of the view and finds the hex through the view transform.
   const double X = x, Y = y;
+  // A plain left press in a painting mode starts a stroke, its own hex first.
+  EndStroke();
+  const bool stroke =
+      button == 1 && shift == 0 && s.pens.CtlMode != 3 && !(s.pens.CtlMode == 1 && s.pens.CurNation == 0);
+  if (stroke && onStrokeBegin) onStrokeBegin();
   Picture1_MouseDown(button, shift, X, Y);
-  // A plain left press in a painting mode starts a stroke.
-  stroke_ = button == 1 && shift == 0 && s.pens.CtlMode != 3 && !(s.pens.CtlMode == 1 && s.pens.CurNation == 0);
+  stroke_ = stroke;
   strokeX_ = X;
   strokeY_ = Y;
 }
@@ -310,7 +314,11 @@ void Form1::StrokeTo(double X, double Y) {
   strokeY_ = Y;
 }
 
-void Form1::EndStroke() { stroke_ = false; }
+void Form1::EndStroke() {
+  if (!stroke_) return;
+  stroke_ = false;
+  if (onStrokeEnd) onStrokeEnd();
+}
 
 void Form1::ReleaseOnView(int button) {
   if (button == 1) EndStroke();

@@ -193,6 +193,9 @@ TEST(HandDrag, AStrokePaintsEveryHexThePointerEntersOnceAsAClick) {
   Session& s = e.s();
   s.doc.HexTile(2, 3) = 5;
   s.pens.CurTile = 9;
+  int begun = 0, ended = 0, paintedAtBegin = -1;
+  e.f->onStrokeBegin = [&]() { ++begun, paintedAtBegin = s.doc.HexTile(2, 3); };
+  e.f->onStrokeEnd = [&]() { ++ended; };
   QWidget* v = e.view();
   // Press in (2, 3), a fast move to (9, 3), a move on to (9, 6), release.
   Mouse(v, QEvent::MouseButtonPress, e.HexPoint(2, 3), Qt::LeftButton, Qt::LeftButton);
@@ -201,6 +204,10 @@ TEST(HandDrag, AStrokePaintsEveryHexThePointerEntersOnceAsAClick) {
   Mouse(v, QEvent::MouseButtonRelease, e.HexPoint(9, 6), Qt::LeftButton, Qt::NoButton);
   Settle();
   for (int x = 2; x <= 9; ++x) EXPECT_EQ(s.doc.HexTile(x, 3), 9) << x;
+  // One stroke: begun before its first hex was painted, ended at the release.
+  EXPECT_EQ(begun, 1);
+  EXPECT_EQ(ended, 1);
+  EXPECT_EQ(paintedAtBegin, 5);
   for (int y = 3; y <= 6; ++y) EXPECT_EQ(s.doc.HexTile(9, y), 9) << y;
   EXPECT_NE(s.doc.HexTile(5, 5), 9);
   EXPECT_EQ(s.pens.CurHexX, 9);
