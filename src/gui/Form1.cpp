@@ -36,6 +36,7 @@
 #include "gui/Form9.h"
 #include "gui/LoadSave.h"
 #include "gui/formkit.h"
+#include "gui/keeper.h"
 #include "gui/PictureBox.h"
 #include "jumpmap/mapimage.h"
 #include "platform/bitmap.h"
@@ -149,6 +150,7 @@ Form1::Form1(std::string appPath, QWidget* parent) : QMainWindow(parent) {
   ui_.onChanged = [this](const std::string& what) { OnChanged(what); };
   ui_.onUnload = [this](const std::string& form) { OnUnload(form); };
   session_ = std::make_unique<Session>(std::move(appPath), &ui_);
+  keeper_ = std::make_unique<Keeper>(*this);
   EditorHooks& hooks = session_->ed.hooks;
   hooks.ShowForm = [this](Session&, const std::string& form) { ShowForm(form); };
   hooks.ExportMapImage = [this](Session&) { ExportMapImage(); };

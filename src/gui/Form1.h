@@ -36,6 +36,7 @@ class Form12;
 class Form13;
 class Form14;
 class Form15;
+class Keeper;
 
 class Form1 : public QMainWindow, public VbForm {
   Q_OBJECT
@@ -43,6 +44,8 @@ class Form1 : public QMainWindow, public VbForm {
   explicit Form1(std::string appPath, QWidget* parent = nullptr);
   ~Form1() override;
   Session& session() { return *session_; }
+  // The history, guard and recovery around the classic handlers.
+  Keeper& keeper() { return *keeper_; }
   QWidget* formWidget() override { return this; }
   void SyncControls() override;
   bool SetOwnProperty(QObject* ctl, const QString& prop, const QString& value) override;
@@ -145,6 +148,7 @@ class Form1 : public QMainWindow, public VbForm {
   void DrawStrategicMapHidden();
   QtUi ui_;
   std::unique_ptr<Session> session_;
+  std::unique_ptr<Keeper> keeper_;  // goes before the session it keeps
   MainLayout layout_;
   bool loaded_ = false, unloaded_ = false;
   bool syncing_ = false;
