@@ -11,6 +11,7 @@ namespace {
 
 const char* kUsage =
     "usage: korvane-map [--app DIR] [--screen WxH] COMMAND ARGS...\n"
+    "       korvane-map --help | --version\n"
     "commands:\n"
     "  info MAP        size, format, nation set, objectives, owned and named hexes\n"
     "  import SET OUT.map\n"
@@ -22,6 +23,8 @@ const char* kUsage =
     "  render MAP OUT [--x X --y Y --w W --h H]\n"
     "                  columns X..X+W and rows Y..Y+H as a picture (.bmp or .png); default the whole map\n"
     "  jumpmap MAP OUT the jump map picture (.bmp or .png)\n";
+
+const char* kTryHelp = "Try 'korvane-map --help' for more information.\n";
 
 struct Command {
   const char* name;
@@ -70,8 +73,14 @@ int main(int argc, char** argv) {
     } else if (a == "--help" || a == "-h") {
       std::fputs(kUsage, stdout);
       return 0;
+    } else if (a == "--version") {
+      std::printf("korvane-map %s\n", KV_VERSION);
+      return 0;
+    } else if (a == "--app" || a == "--screen") {
+      std::fprintf(stderr, "korvane-map: option %s needs a value\n%s", a.c_str(), kTryHelp);
+      return 2;
     } else if (!a.empty() && a[0] == '-') {
-      std::fprintf(stderr, "korvane-map: unknown option %s\n%s", a.c_str(), kUsage);
+      std::fprintf(stderr, "korvane-map: unknown option %s\n%s", a.c_str(), kTryHelp);
       return 2;
     } else {
       break;
@@ -91,6 +100,6 @@ int main(int argc, char** argv) {
     }
     return c.run(o);
   }
-  std::fprintf(stderr, "korvane-map: unknown command %s\n%s", name.c_str(), kUsage);
+  std::fprintf(stderr, "korvane-map: unknown command %s\n%s", name.c_str(), kTryHelp);
   return 2;
 }

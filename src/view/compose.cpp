@@ -18,8 +18,8 @@ inline void BlitMasked(Bitmap& dst, int dx, int dy, int w, int h, const Bitmap& 
 
 }  // namespace
 
-void ContourCode(Session& s, int16_t x, int16_t y, int16_t& c) {
-  Document& d = s.doc;
+int16_t ContourCodeOf(const Session& s, int16_t x, int16_t y) {
+  const Document& d = s.doc;
   int code = 0;
   bool lower = false;
   const uint8_t here = d.HexElev(x, y);
@@ -33,22 +33,25 @@ void ContourCode(Session& s, int16_t x, int16_t y, int16_t& c) {
   }
   if (!lower) code = -1;
   if (code == 0) code = 63;
-  d.HexContour(x, y) = static_cast<uint8_t>(code > 0 ? code : 0);
-  c = static_cast<int16_t>(code);
+  return static_cast<int16_t>(code);
 }
 
-void Print_hex(Session& s, int16_t x, int16_t y, int16_t mode) {
-  if (x < 0 || y < 0) return;
+void ContourCode(Session& s, int16_t x, int16_t y, int16_t& c) {
+  c = ContourCodeOf(s, x, y);
+  s.doc.HexContour(x, y) = static_cast<uint8_t>(c > 0 ? c : 0);
+}
+
+namespace {
+
+// Draws hex (x, y) into buf with its cell's top left at (px, py), every layer
+// in its order. With storeContour the contour code goes into HexContour on the
+// way, as drawing a hex of the view does.
+void ComposeHex(Session& s, Bitmap& buf, int px, int py, int16_t x, int16_t y, int16_t mode, bool storeContour) {
   Document& d = s.doc;
-  // Beyond the map (a stale view after the map shrank) nothing is drawn.
-  if (!d.OnMap(x, y) || !d.HexPixel.InRange(x, y, 1) || !d.HexTile.InRange(x, y)) return;
   const RefData& r = s.ref;
   const Pens& p = s.pens;
   SpriteBank& b = s.sprites;
-  Bitmap& buf = b.BufDC;
   const int W = r.HexW, H = r.HexH;
-  const int px = d.HexPixel(x, y, 0) - (s.view.ViewX - 1) * r.ColPitch;
-  const int py = d.HexPixel(x, y, 1) - (s.view.ViewY - 1) * r.RowPitch;
 
   // 1, 2: knock the hexagon out and paint the tile into the hole.
   const int t = d.HexTile(x, y);
@@ -107,8 +110,33 @@ void Print_hex(Session& s, int16_t x, int16_t y, int16_t mode) {
 
   // 11: contour lines, refreshing HexContour on the way.
   int16_t c;
-  ContourCode(s, x, y, c);
+  if (storeContour)
+    ContourCode(s, x, y, c);
+  else
+    c = ContourCodeOf(s, x, y);
   if (c > -1) BlitMasked(buf, px, py, W, H, b.ContourMaskDC, b.ContourDC, (c % 16) * W, (c / 16) * H);
+}
+
+// Whether hex (x, y) can be drawn: on the map and within every array it reads.
+bool Drawable(const Document& d, int16_t x, int16_t y) {
+  return x >= 0 && y >= 0 && d.OnMap(x, y) && d.HexPixel.InRange(x, y, 1) && d.HexTile.InRange(x, y);
+}
+
+}  // namespace
+
+void Print_hex(Session& s, int16_t x, int16_t y, int16_t mode) {
+  const Document& d = s.doc;
+  // Negative, or beyond the map (a stale view after the map shrank): nothing is drawn.
+  if (!Drawable(d, x, y)) return;
+  const RefData& r = s.ref;
+  const int px = d.HexPixel(x, y, 0) - (s.view.ViewX - 1) * r.ColPitch;
+  const int py = d.HexPixel(x, y, 1) - (s.view.ViewY - 1) * r.RowPitch;
+  ComposeHex(s, s.sprites.BufDC, px, py, x, y, mode, true);
+}
+
+void PaintHexAt(Session& s, Bitmap& dst, int px, int py, int16_t x, int16_t y, int16_t mode) {
+  if (!Drawable(s.doc, x, y)) return;
+  ComposeHex(s, dst, px, py, x, y, mode, false);
 }
 
 void RedrawHex(Session& s, int16_t x, int16_t y) {
@@ -117,7 +145,7 @@ void RedrawHex(Session& s, int16_t x, int16_t y) {
   j.Picture2Box.shown = false;
   if (s.doc.OnMap(x, y)) {
     j.Picture2.SetPixel(x, y, TerrainColour(s.ref, s.doc.HexInfo(x, y, 0)));
-    s.ui().Changed("Form5.Picture2");
+    s.ui().Changed(Change::Form5Picture2);
   }
   Print_hex(s, x, y, 0);
   BlitPic1(s);
@@ -133,7 +161,7 @@ void MarkHex(Session& s, int16_t x, int16_t y, int left) {
   const int sx = d.HexPixel(x, y, 0) - r.ColPitch * s.view.ViewX;
   const int sy = d.HexPixel(x, y, 1) - r.RowPitch * s.view.ViewY;
   MaskedBlt(b.Picture1, sx, sy, r.HexW, r.HexH, b.FxMaskDC, left, 0, b.FxDC, left, 0);
-  s.ui().Changed("Picture1");
+  s.ui().Changed(Change::Picture1);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include "session.h"
 #include "view/render_api.h"
+#include "view/scrollfill.h"
 
 namespace kv {
 
@@ -11,7 +12,7 @@ void SetScrollValue(Session& s, Bar bar, int value) {
   ScrollBarModel& b = bar == Bar::H ? s.view.HScroll1 : s.view.VScroll1;
   if (b.Value == value) return;  // an unchanged value fires nothing
   b.Value = value;
-  s.ui().Changed(bar == Bar::H ? "HScroll1" : "VScroll1");
+  s.ui().Changed(bar == Bar::H ? Change::HScroll1 : Change::VScroll1);
   if (bar == Bar::H)
     HScroll1_Change(s);
   else
@@ -24,8 +25,8 @@ void SetScrollRanges(Session& s) {
   v.ViewMaxY = s.doc.MapMaxY - v.ViewRows;
   v.HScroll1.Max = v.ViewMaxX;
   v.VScroll1.Max = v.ViewMaxY;
-  s.ui().Changed("HScroll1");
-  s.ui().Changed("VScroll1");
+  s.ui().Changed(Change::HScroll1);
+  s.ui().Changed(Change::VScroll1);
 }
 
 void HScroll1_Change(Session& s) {
@@ -35,6 +36,8 @@ void HScroll1_Change(Session& s) {
     v.ViewX = v.HScroll1.Value;
     if (d == -1) ScrollRight(s);
     if (d == 1) ScrollLeft(s);
+    // The step leaves out what a full redraw would show at the view's edges.
+    if (std::abs(d) == 1) CompleteScrollStep(s, -d, 0);
     if (std::abs(d) > 1) RedrawBuffers(s);
   }
   BlitPic1(s);
@@ -47,6 +50,7 @@ void VScroll1_Change(Session& s) {
     v.ViewY = v.VScroll1.Value;
     if (d == -1) ScrollDown(s);
     if (d == 1) ScrollUp(s);
+    if (std::abs(d) == 1) CompleteScrollStep(s, 0, -d);
     if (std::abs(d) > 1) RedrawBuffers(s);
   }
   BlitPic1(s);

@@ -8,7 +8,7 @@
 namespace kvgen {
 
 constexpr int kW = 60, kH = 50;  // cell size
-constexpr int kTiles = 256;      // 16 x 16 cells
+constexpr int kSheetCols = 16;   // cells to a row of the sheet
 
 // The hexagon of a cell, row by row. The top edge runs from x = 15 to 44 and
 // each slanted edge has a horizontal run of 15 pixels. Left and right ends

@@ -340,6 +340,12 @@ bool Builder::PlaceTiles(std::string* err) {
       tile = static_cast<int16_t>(CatalogueTile(t, Road(h), River(h)));
     } else if (t == kRiver) {
       tile = static_cast<int16_t>(CatalogueTile(t, 0, River(h)));
+      // Where the river reaches the sea it opens out into a mouth.
+      for (int side = 1; side <= 6; ++side)
+        if (River(h) == 1 << (side - 1) && OnMap(Nb(h, kv::OppositeSide(side))) &&
+            T(Nb(h, kv::OppositeSide(side))) == kSea)
+          for (const TileDef& m : cat_)
+            if (m.art == "mouth" && m.terrain == t && Bits(m.river) == River(h)) tile = static_cast<int16_t>(m.tile);
     } else if (t == kSea || t == kCity || t == kPort || t == kForest || t == kWoods || t == kVillage) {
       s_.pens.CurTile = RandomOf(t);
       const int16_t pen = s_.pens.CurTile;

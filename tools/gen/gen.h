@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "art.h"
 #include "platform/bitmap.h"
 
 namespace kvgen {
@@ -27,7 +28,7 @@ bool MakeExampleMap(const std::filesystem::path& dir, const std::filesystem::pat
 struct TileDef {
   int tile = 0;
   int terrain = 0;
-  std::string art;      // plain, edge, massif
+  std::string art;      // plain, edge, massif, mouth
   std::string pattern;  // six ring digits, or "" when the tile is in no list
   std::vector<int> road;   // sides the road leaves by
   std::vector<int> river;  // sides the river leaves by
@@ -50,12 +51,30 @@ bool ReadNationDefs(const std::string& path, std::vector<NationDef>& out, std::s
 // tiles draw their streets but are connected by their terrain.
 bool RoadInfoCarries(const TileDef& t);
 
-// The tile sheet: 16 x 16 cells, tile t at ((t % 16) * 60, (t / 16) * 50).
+// The tile sheet: 16 cells to a row and as many rows as the tiles fill, tile
+// t at ((t % 16) * 60, (t / 16) * 50).
 void PaintTileSheet(const std::vector<TileDef>& tiles, kv::Bitmap& sheet);
 
 // The sprite sheets under bmp/ and the flags under flags/.
 bool WriteSprites(const std::string& bmpDir, std::string* err);
 void DrawFlag(const NationDef& n, kv::Bitmap& out, int w, int h);
 void DrawBlankFlag(kv::Bitmap& out, int w, int h);
+
+// The application icon: convex polygons in a 256 x 256 square, drawn in
+// order (a hex with the flag of `flag` on its pole).
+struct IconShape {
+  std::vector<P> points;
+  uint32_t rgb = 0;
+};
+constexpr int kIconSizes[] = {16, 22, 24, 32, 48, 64, 128, 256};
+bool IconShapes(const NationDef& flag, std::vector<IconShape>& out, std::string* err);
+// The picture at size x size pixels, RGBA, rows from the top; a pixel's alpha
+// is the share of it that the shapes cover.
+std::vector<uint8_t> RasterIcon(const std::vector<IconShape>& shapes, int size);
+std::string IconSvg(const std::vector<IconShape>& shapes);
+// out/hicolor/NxN/apps/NAME.png for every size and
+// out/hicolor/scalable/apps/NAME.svg.
+bool WriteIcons(const std::filesystem::path& out, const std::string& name, const std::filesystem::path& src,
+                std::string* err);
 
 }  // namespace kvgen

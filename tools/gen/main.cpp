@@ -1,4 +1,6 @@
 // kv_gen_data OUT [SOURCES]
+// kv_gen_data --example MAPDIR [SOURCES]
+// kv_gen_data --icons OUT NAME [SOURCES]
 //
 // Writes the default program folder into OUT from the text catalogues in
 // SOURCES (tools/data of the source tree when not given): the tile sheet and
@@ -82,8 +84,9 @@ bool kvgen::Generate(const fs::path& out, const fs::path& src, std::string* err)
   // Terrain of each tile, as text and as the binary table.
   // A field ends at a comma or at a line end, so a line carries no comma at
   // its end: the count, then sixteen values a line.
-  std::string hexdata = std::to_string(kTiles) + "\n", tiletype;
-  for (int t = 0; t < kTiles; ++t) {
+  const int tileCount = static_cast<int>(tiles.size());
+  std::string hexdata = std::to_string(tileCount) + "\n", tiletype;
+  for (int t = 0; t < tileCount; ++t) {
     hexdata += std::to_string(tiles[t].terrain);
     hexdata += (t % 16 == 15) ? "\n" : ",";
     tiletype += static_cast<char>(tiles[t].terrain);
@@ -92,7 +95,7 @@ bool kvgen::Generate(const fs::path& out, const fs::path& src, std::string* err)
   if (!WriteFile(out / "mapedit/tiletype.dat", tiletype, err)) return false;
 
   // Roads: six bytes a tile, clockwise from the top (sides 5, 6, 1, 2, 3, 4).
-  std::string roadinfo(6 * kTiles, '\0');
+  std::string roadinfo(6 * tileCount, '\0');
   for (const TileDef& t : tiles) {
     if (!RoadInfoCarries(t)) continue;
     for (int s : t.road) roadinfo[6 * t.tile + SideRing(s) - 1] = 1;
@@ -101,7 +104,7 @@ bool kvgen::Generate(const fs::path& out, const fs::path& src, std::string* err)
 
   // Auto-tile starter data: the tile marks and the terrain tile lists that
   // the tile data screen would build from them.
-  std::string patterns(6 * kTiles, '\0'), ptiles(kTiles, '\0'), random(kTiles, '\0');
+  std::string patterns(6 * tileCount, '\0'), ptiles(tileCount, '\0'), random(tileCount, '\0');
   std::map<std::string, std::string> lists;  // path -> records
   for (const TileDef& t : tiles) {
     random[t.tile] = static_cast<char>(t.rnd);
@@ -179,18 +182,22 @@ bool kvgen::GenerateFresh(const fs::path& out, const fs::path& src, std::string*
 }
 
 int main(int argc, char** argv) {
-  const bool example = argc > 1 && std::string(argv[1]) == "--example";
-  const int first = example ? 2 : 1;
-  if (argc < first + 1 || argc > first + 2) {
+  const std::string mode = argc > 1 ? argv[1] : "";
+  const bool example = mode == "--example", icons = mode == "--icons";
+  const int first = example ? 2 : icons ? 3 : 1;
+  if (argc < first + 1 || argc > first + 2 || (icons && argc < 4)) {
     std::fprintf(stderr,
                  "usage: kv_gen_data OUT [SOURCES]\n"
-                 "       kv_gen_data --example MAPDIR [SOURCES]   (writes MAPDIR/example.map and its side files)\n");
+                 "       kv_gen_data --example MAPDIR [SOURCES]   (writes MAPDIR/example.map and its side files)\n"
+                 "       kv_gen_data --icons OUT NAME [SOURCES]   (writes the icon theme's OUT/hicolor/.../NAME)\n");
     return 2;
   }
-  const fs::path out = argv[first];
+  const fs::path out = argv[icons ? 2 : first];
   const fs::path src = argc > first + 1 ? fs::path(argv[first + 1]) : fs::path(KV_TOOLS_DATA_DIR);
   std::string err;
-  const bool ok = example ? MakeExampleMap(out, src, &err) : GenerateFresh(out, src, &err);
+  const bool ok = example ? MakeExampleMap(out, src, &err)
+                  : icons ? WriteIcons(out, argv[3], src, &err)
+                          : GenerateFresh(out, src, &err);
   if (!ok) {
     std::fprintf(stderr, "kv_gen_data: %s\n", err.c_str());
     return 1;

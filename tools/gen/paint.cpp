@@ -358,6 +358,28 @@ void PaintRiver(Cell& c, const std::vector<int>& sides, double w, uint32_t seed)
   (void)seed;
 }
 
+// A river mouth: the river comes in across side `from` and opens out, between
+// sand banks, toward the opposite side, where it meets the sea.
+void PaintMouth(Cell& c, int from, uint32_t seed) {
+  const int to = (from + 2) % 6 + 1;
+  const P a = SideMid(from), b = SideMid(to);
+  const double w0 = 3.8, w1 = 12.5;
+  ForHex([&](int x, int y) {
+    // Where the point lies along the course (0 at `from`, 1 at `to`) and how far off it.
+    const double vx = b.x - a.x, vy = b.y - a.y, l2 = vx * vx + vy * vy;
+    const double t = std::clamp(((x - a.x) * vx + (y - a.y) * vy) / l2, 0.0, 1.0);
+    const double off = std::abs((x - a.x) * vy - (y - a.y) * vx) / std::sqrt(l2);
+    const double w = w0 + (w1 - w0) * t * t + 1.2 * (VNoise(x / 5.0, y / 5.0, seed) - 0.5) * t;
+    if (off < w) {
+      C water = Mix(Col(0x3E7CCE), SeaAt(x, y, seed), Smooth(0.45, 1.0, t));
+      if (off < w * 0.4 && t < 0.7) water = Mix(water, Col(0x5A96DC), 0.5);
+      c.at(x, y) = water;
+    } else if (off < w + 1.3 + 3.5 * t) {
+      c.at(x, y) = t > 0.25 ? SandAt(x, y, seed) : Col(0x56784A);
+    }
+  });
+}
+
 // Streets of built-up ground: the terrain itself connects such a hex on
 // every side, so its streets are part of the ground, drawn under the houses
 // in a colour of their own (never the road surface of the road tiles).
@@ -561,6 +583,10 @@ void PaintTile(const TileDef& t, const Massif& massif, Cell& c) {
   const bool edge = t.art == "edge";
   if (t.art == "massif") {
     massif.Paint(t.tile, c);
+  } else if (t.art == "mouth") {
+    PaintClear(c, seed);
+    PaintMouth(c, t.river.front(), seed);
+    return;
   } else if (edge && t.terrain == 0) {
     PaintCoast(c, Complement(PatternSides(t.pattern)), seed);
   } else if (edge && (t.terrain == 8 || t.terrain == 10)) {
@@ -597,12 +623,12 @@ void PaintTile(const TileDef& t, const Massif& massif, Cell& c) {
 }  // namespace
 
 void PaintTileSheet(const std::vector<TileDef>& tiles, kv::Bitmap& sheet) {
-  sheet.Create(16 * kW, (kTiles / 16) * kH);
+  sheet.Create(kSheetCols * kW, static_cast<int>((tiles.size() + kSheetCols - 1) / kSheetCols) * kH);
   const Massif massif;
   Cell cell;
   for (const TileDef& t : tiles) {
     PaintTile(t, massif, cell);
-    const int ox = (t.tile % 16) * kW, oy = (t.tile / 16) * kH;
+    const int ox = (t.tile % kSheetCols) * kW, oy = (t.tile / kSheetCols) * kH;
     ForHex([&](int x, int y) {
       const C& v = cell.at(x, y);
       int r = std::clamp(static_cast<int>(std::lround(v.r)), 0, 255);

@@ -28,8 +28,10 @@ bool ReadCatalogue(const std::string& path, std::vector<TileDef>& out, std::stri
     *err = "cannot read " + path;
     return false;
   }
-  out.assign(kTiles, TileDef{});
-  std::vector<bool> seen(kTiles, false);
+  // Tile numbers run from 0 without gaps; the sheet has as many rows as they fill.
+  constexpr int kMaxTiles = 999;  // tile lists write three digits
+  out.assign(kMaxTiles, TileDef{});
+  std::vector<bool> seen(kMaxTiles, false);
   std::string line;
   int lineNo = 0;
   while (std::getline(in, line)) {
@@ -44,8 +46,8 @@ bool ReadCatalogue(const std::string& path, std::vector<TileDef>& out, std::stri
     }
     std::getline(ls >> std::ws, t.note);
     if (t.pattern == "-") t.pattern.clear();
-    bool ok = t.tile >= 0 && t.tile < kTiles && !seen[t.tile] && t.terrain >= 0 && t.terrain < 256 &&
-              (t.art == "plain" || t.art == "edge" || t.art == "massif") && Sides(road, t.road) &&
+    bool ok = t.tile >= 0 && t.tile < kMaxTiles && !seen[t.tile] && t.terrain >= 0 && t.terrain < 256 &&
+              (t.art == "plain" || t.art == "edge" || t.art == "massif" || t.art == "mouth") && Sides(road, t.road) &&
               Sides(river, t.river) && (t.rnd == 0 || t.rnd == 1) &&
               (t.pattern.empty() || t.pattern.size() == 6);
     for (size_t p = 0; ok && p < t.pattern.size(); ++p)
@@ -57,11 +59,18 @@ bool ReadCatalogue(const std::string& path, std::vector<TileDef>& out, std::stri
     seen[t.tile] = true;
     out[t.tile] = t;
   }
-  for (int t = 0; t < kTiles; ++t)
-    if (!seen[t]) {
-      *err = path + ": tile " + std::to_string(t) + " is missing";
+  int count = 0;
+  while (count < kMaxTiles && seen[count]) ++count;
+  for (int t = count; t < kMaxTiles; ++t)
+    if (seen[t]) {
+      *err = path + ": tile " + std::to_string(count) + " is missing";
       return false;
     }
+  if (count == 0 || count % kSheetCols != 0) {
+    *err = path + ": " + std::to_string(count) + " tiles do not fill whole rows of " + std::to_string(kSheetCols);
+    return false;
+  }
+  out.resize(count);
   return true;
 }
 
