@@ -184,7 +184,7 @@ TEST_F(HistoryTest, ARecordedOneHexStepIsSmallAndBracketsNest) {
   ASSERT_EQ(h.UndoCount(), 1u);
   EXPECT_EQ(h.UndoName(), "Stroke");
   EXPECT_LT(h.Bytes(), 1024u);
-  const HexBox b = h.LastChange().hexes;
+  const HexRect b = h.LastChange().hexes;
   EXPECT_EQ(b.x1, 4);
   EXPECT_EQ(b.x2, 5);
   EXPECT_EQ(b.y1, 4);

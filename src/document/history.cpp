@@ -42,22 +42,22 @@ PlaneRef PlaneOf(Document& d, int k) {
 }
 
 // The hexes of element indexes first..last of an array with layers of n hexes.
-void AddIndexes(HexBox& box, size_t first, size_t last, const Document& d) {
+void AddIndexes(HexRect& box, size_t first, size_t last, const Document& d) {
   const size_t n = d.N(), w = static_cast<size_t>(d.W());
   if (n == 0) return;
   if (first / n != last / n || last - first >= n) {
-    box.Add(HexBox{0, 0, d.MapMaxX, d.MapMaxY});
+    box = box.United(HexRect::Whole(d.MapMaxX, d.MapMaxY));
     return;
   }
   const size_t a = first % n, b = last % n;
   const int y1 = static_cast<int>(a / w), y2 = static_cast<int>(b / w);
   if (y1 == y2)
-    box.Add(HexBox{static_cast<int>(a % w), y1, static_cast<int>(b % w), y2});
+    box = box.United(HexRect{static_cast<int>(a % w), y1, static_cast<int>(b % w), y2});
   else
-    box.Add(HexBox{0, y1, d.MapMaxX, y2});
+    box = box.United(HexRect{0, y1, d.MapMaxX, y2});
 }
 
-void AddNameWrite(HexBox& box, const NameWrite& w, const Document& d) {
+void AddNameWrite(HexRect& box, const NameWrite& w, const Document& d) {
   if (w.str || w.after.empty()) return;  // a record is found through its slot
   const size_t first = static_cast<size_t>(w.offset) / 4, last = (static_cast<size_t>(w.offset) + w.after.size() - 1) / 4;
   if (first >= d.N()) return;
@@ -65,20 +65,6 @@ void AddNameWrite(HexBox& box, const NameWrite& w, const Document& d) {
 }
 
 }  // namespace
-
-void HexBox::Add(int x, int y) { Add(HexBox{x, y, x, y}); }
-
-void HexBox::Add(const HexBox& b) {
-  if (b.Empty()) return;
-  if (Empty()) {
-    *this = b;
-    return;
-  }
-  x1 = std::min(x1, b.x1);
-  y1 = std::min(y1, b.y1);
-  x2 = std::max(x2, b.x2);
-  y2 = std::max(y2, b.y2);
-}
 
 History::History(Session& s) : s_(s) {
   s_.names.KeepJournal(true);
@@ -196,7 +182,7 @@ History::Outcome History::Commit(const std::string& fallback) {
   if (Replaced()) {
     Reset();
     last_ = DocChange{};
-    last_.hexes = HexBox{0, 0, d.MapMaxX, d.MapMaxY};
+    last_.hexes = HexRect::Whole(d.MapMaxX, d.MapMaxY);
     last_.objectives = last_.nationSet = last_.names = true;
     return Outcome::Replaced;
   }
@@ -269,7 +255,7 @@ void History::Apply(Step& st, bool undo) {
     std::swap(d.NationSet, st.nationSet);
     // The tables follow the name, as when a map naming another set is loaded.
     s_.forms.Form3Loaded = false;
-    s_.ui().UnloadForm("Form3");
+    s_.ui().UnloadForm(FormId::Form3);
     if (SwitchNationSet(s_, d.NationSet)) BuildFlagBanks(s_);
     base_.nationSet = d.NationSet;
   }

@@ -33,22 +33,15 @@
 
 #include "document/document.h"
 #include "document/namestore.h"
+#include "platform/events.h"
 
 namespace kv {
 
 struct Session;
 
-// A rectangle of hexes, inclusive; empty when x1 > x2.
-struct HexBox {
-  int x1 = 0, y1 = 0, x2 = -1, y2 = -1;
-  bool Empty() const { return x1 > x2 || y1 > y2; }
-  void Add(int x, int y);
-  void Add(const HexBox& b);
-};
-
 // What one step, undo or redo changed.
 struct DocChange {
-  HexBox hexes;             // every hex of a changed plane or name lies inside
+  HexRect hexes;            // every hex of a changed plane or name lies inside
   bool objectives = false;  // ObjCount or ObjList
   bool nationSet = false;   // the nation set's name (and so its tables)
   bool names = false;       // the hex-name files
@@ -126,7 +119,7 @@ class History {
     std::string nationSet;
     std::vector<NameWrite> names;
     bool changesMap = false;
-    HexBox hexes;
+    HexRect hexes;
     size_t bytes = 0;
   };
   struct Baseline {

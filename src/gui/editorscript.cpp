@@ -20,6 +20,14 @@ QString Bool(bool b) { return b ? QStringLiteral("-1") : QStringLiteral("0"); }
 
 // The table, in alphabetical order of the names.
 const EditorName kNames[] = {
+    {"Guard", {},
+     [](Form1& f, const QString& v, QString* err) {
+       long long n = 0;
+       if (!EditorNumber(v, &n, err)) return false;
+       f.keeper().SetGuard(n != 0);
+       return true;
+     },
+     [](Form1& f) { return Bool(f.keeper().GuardOn()); }},
     {"Modified", {}, {}, [](Form1& f) { return Bool(f.keeper().Modified()); }},
     {"Redo",
      [](Form1& f, const QStringList& a, QString* err) {

@@ -1,10 +1,21 @@
 #include "gui/keeper.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QKeySequence>
+#include <QMenu>
+#include <QMessageBox>
 #include <QPushButton>
 
+#include "document/filemenu.h"
+#include "document/mapfile.h"
 #include "document/namestore.h"
 #include "gui/Form1.h"
+#include "gui/editorapp.h"
+#include "gui/qtui.h"
+#include "platform/fileio.h"
 #include "session.h"
 #include "view/render_api.h"
 
@@ -43,9 +54,147 @@ QString KeyName(int code) {
 
 }  // namespace
 
-Keeper::Keeper(Form1& form) : form_(form), history_(std::make_unique<History>(form.session())) {}
+Keeper::Keeper(Form1& form) : form_(form), history_(std::make_unique<History>(form.session())) {
+  if (EditorApplication* app = EditorApplication::Instance())
+    listener_ = app->AddListener([this](bool userAction) { Settle(userAction); });
+}
 
-Keeper::~Keeper() = default;
+Keeper::~Keeper() {
+  if (EditorApplication* app = EditorApplication::Instance(); app && listener_) app->RemoveListener(listener_);
+}
+
+void Keeper::InstallUi() {
+  QMenu* edit = form_.findChild<QMenu*>(QStringLiteral("mEdit"));
+  QAction* first = edit && !edit->actions().isEmpty() ? edit->actions().first() : nullptr;
+  undo_ = new QAction(QStringLiteral("Undo"), &form_);
+  undo_->setObjectName(QStringLiteral("editUndo"));
+  undo_->setShortcut(QKeySequence(QKeySequence::Undo));
+  redo_ = new QAction(QStringLiteral("Redo"), &form_);
+  redo_->setObjectName(QStringLiteral("editRedo"));
+  redo_->setShortcuts({QKeySequence(QStringLiteral("Ctrl+Shift+Z")), QKeySequence(QStringLiteral("Ctrl+Y"))});
+  // Wherever the focus is among the editor's windows; a text box takes its
+  // own Ctrl+Z first.
+  for (QAction* a : {undo_, redo_}) a->setShortcutContext(Qt::ApplicationShortcut);
+  connect(undo_, &QAction::triggered, this, [this]() { Undo(); });
+  connect(redo_, &QAction::triggered, this, [this]() { Redo(); });
+  if (edit) {
+    edit->insertAction(first, undo_);
+    edit->insertAction(first, redo_);
+    edit->insertSeparator(first);
+  } else {
+    form_.addAction(undo_);
+    form_.addAction(redo_);
+  }
+  auto keys = [this](const char* name, const char* seq) {
+    if (auto* a = form_.findChild<QAction*>(QString::fromLatin1(name))) a->setShortcut(QKeySequence(QString::fromLatin1(seq)));
+  };
+  keys("menu_file_new", "Ctrl+N");
+  keys("menu_file_open", "Ctrl+O");
+  keys("menu_file_save", "Ctrl+S");
+  keys("menu_file_save_as", "Ctrl+Shift+S");
+  connect(this, &Keeper::stateChanged, this, &Keeper::ShowState);
+  qApp->installEventFilter(this);
+  ShowState();
+}
+
+// A text box takes Ctrl+Z and Ctrl+Y only while it has typing of its own to
+// undo or redo; otherwise they undo and redo steps of the map, as users
+// expect wherever the focus happens to be (the status line has it at start).
+bool Keeper::eventFilter(QObject* obj, QEvent* ev) {
+  if (ev->type() == QEvent::ShortcutOverride) {
+    auto* ke = static_cast<QKeyEvent*>(ev);
+    auto* edit = qobject_cast<QLineEdit*>(obj);
+    if (edit && ke->matches(QKeySequence::Undo) && !edit->isUndoAvailable()) return true;
+    if (edit && (ke->matches(QKeySequence::Redo) || redo_->shortcuts().contains(QKeySequence(ke->keyCombination()))) &&
+        !edit->isRedoAvailable())
+      return true;
+  }
+  return QObject::eventFilter(obj, ev);
+}
+
+// The Edit menu names the steps; the title bears the mark while modified.
+void Keeper::ShowState() {
+  if (undo_) {
+    const QString u = QString::fromStdString(history_->UndoName()), r = QString::fromStdString(history_->RedoName());
+    undo_->setText(u.isEmpty() ? QStringLiteral("Undo") : QStringLiteral("Undo ") + u);
+    undo_->setEnabled(!u.isEmpty());
+    redo_->setText(r.isEmpty() ? QStringLiteral("Redo") : QStringLiteral("Redo ") + r);
+    redo_->setEnabled(!r.isEmpty());
+  }
+  const QString title = Title();
+  if (form_.windowTitle() != title) form_.setWindowTitle(title);
+}
+
+QString Keeper::Title() const {
+  const QString caption = QString::fromLatin1(form_.session().forms.Form1Caption.c_str());
+  return history_->Modified() ? caption + QStringLiteral(" *") : caption;
+}
+
+bool Keeper::Modified() {
+  if (history_->Depth() == 0) Settle();
+  else history_->Commit();
+  return history_->Modified();
+}
+
+bool Keeper::GuardOn() const { return guard_.value_or(!Script().active); }
+
+bool Keeper::Untitled() const {
+  const Session& s = form_.session();
+  return s.doc.MapPath.empty() || s.doc.MapPath == s.App("newmap.map");
+}
+
+QString Keeper::MapName() const {
+  const Document& d = form_.session().doc;
+  const std::string name = BaseName(!d.MapPath.empty() ? d.MapPath : d.MapFile.empty() ? "newmap.map" : d.MapFile);
+  return QString::fromLatin1(name.c_str());
+}
+
+bool Keeper::Guard() {
+  if (!GuardOn() || !Modified()) return true;
+  const QString text = QStringLiteral("Save changes to %1?").arg(MapName());
+  enum { Save, Discard, Cancel } answer = Cancel;
+  if (Script().active) {
+    // Scripts answer as they answer every box: 6 (Yes) saves, 7 (No)
+    // discards, 2 (Cancel) keeps the map; with no answer queued, Save.
+    switch (MessageBox(&form_, text.toStdString(), vbYesNo)) {
+      case vbYes: answer = Save; break;
+      case vbNo: answer = Discard; break;
+      default: answer = Cancel; break;
+    }
+  } else {
+    QMessageBox box(&form_);
+    box.setWindowTitle(QStringLiteral("Korvane Map Editor"));
+    box.setIcon(QMessageBox::Warning);
+    box.setText(text);
+    box.setInformativeText(QStringLiteral("Your changes will be lost if you don't save them."));
+    box.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+    box.setDefaultButton(QMessageBox::Save);
+    switch (box.exec()) {
+      case QMessageBox::Save: answer = Save; break;
+      case QMessageBox::Discard: answer = Discard; break;
+      default: answer = Cancel; break;
+    }
+  }
+  if (answer == Discard) return true;
+  if (answer == Cancel) return false;
+  return SaveForGuard();
+}
+
+// Save from the guard: the map's own file, or the Save As dialog for a map
+// without one. A save that fails or is cancelled keeps the document open.
+bool Keeper::SaveForGuard() {
+  Session& s = form_.session();
+  if (!Untitled()) {
+    SaveMap(s);
+  } else if (!Script().active) {
+    menu_file_save_as_Click(s);
+    if (auto* dlg = dynamic_cast<QDialog*>(form_.FormByName(QStringLiteral("LoadSave"), false))) {
+      dlg->hide();
+      dlg->exec();
+    }
+  }
+  return !Modified();
+}
 
 void Keeper::BeginStep(const QString& name) { history_->Begin(name.toStdString()); }
 
@@ -65,10 +214,7 @@ void Keeper::Settle(bool userAction) {
   AfterOutcome(history_->Commit());
 }
 
-void Keeper::AfterOutcome(History::Outcome out) {
-  if (out == History::Outcome::None && !history_->LastChange().Any()) return;
-  emit stateChanged();
-}
+void Keeper::AfterOutcome(History::Outcome) { emit stateChanged(); }
 
 bool Keeper::Undo() {
   const bool ok = history_->Undo();
@@ -89,6 +235,7 @@ void Keeper::ShowChange() {
   Session& s = form_.session();
   const DocChange& c = history_->LastChange();
   if (c.names) s.ed.f1.Text2 = GetHexName(s, s.pens.CurHexX, s.pens.CurHexY);
+  s.MapEdited(c.hexes);
   RedrawBuffers(s);
   form_.SyncControls();
 }

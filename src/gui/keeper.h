@@ -10,8 +10,11 @@
 #include <QString>
 #include <QStringList>
 #include <memory>
+#include <optional>
 
 #include "document/history.h"
+
+class QAction;
 
 namespace kv::gui {
 
@@ -24,6 +27,10 @@ class Keeper : public QObject {
   ~Keeper() override;
   History& history() { return *history_; }
 
+  // The window's part: Undo and Redo at the top of the Edit menu, the keys of
+  // the File menu, the title's mark. Called once the menu exists.
+  void InstallUi();
+
   // Brackets around one action; the outermost end finds the step. A stroke
   // of painting is one bracket from the press to the release.
   void BeginStep(const QString& name = {});
@@ -35,11 +42,29 @@ class Keeper : public QObject {
 
   bool Undo();
   bool Redo();
-  bool Modified() const { return history_->Modified(); }
+  // Whether the document differs from its last save (pending changes count).
+  bool Modified();
+
+  // The unsaved-changes guard, before the document is closed or replaced:
+  // "Save changes to NAME?" with Save, Discard and Cancel. True to go on.
+  bool Guard();
+  // The guard is on in the editor and off in scripts until a script sets it.
+  bool GuardOn() const;
+  void SetGuard(bool on) { guard_ = on; }
+  // The map has no file of its own yet (new, imported, made from a bitmap):
+  // a save asks for a name.
+  bool Untitled() const;
+  // The window's title: the caption, and " *" while the map is modified.
+  QString Title() const;
+  // The name the guard and the recovery offer call the map by.
+  QString MapName() const;
 
   // The words for the action of a handler, as the menus and buttons say it:
   // "auto redraw Terrain", "Rename", "Paint Tile", "Next Tile (N)".
   QString StepName(const QString& handler, const QStringList& args = {}) const;
+
+ protected:
+  bool eventFilter(QObject* obj, QEvent* ev) override;
 
  signals:
   // Undo, redo, a new step or a save changed what the Edit menu and the
@@ -49,8 +74,14 @@ class Keeper : public QObject {
  private:
   void AfterOutcome(History::Outcome out);
   void ShowChange();
+  void ShowState();
+  bool SaveForGuard();
   Form1& form_;
   std::unique_ptr<History> history_;
+  std::optional<bool> guard_;
+  QAction* undo_ = nullptr;
+  QAction* redo_ = nullptr;
+  int listener_ = 0;
 };
 
 }  // namespace kv::gui

@@ -9,6 +9,7 @@
 
 #include "document/fileflow.h"
 #include "gui/Form1.h"
+#include "gui/editorapp.h"
 #include "platform/appfolder.h"
 
 namespace {
@@ -40,7 +41,7 @@ int main(int argc, char** argv) {
       return 0;
     }
   }
-  QApplication app(argc, argv);
+  kv::gui::EditorApplication app(argc, argv);
   QApplication::setApplicationName(QStringLiteral("korvane-mapedit"));
   QApplication::setApplicationVersion(QStringLiteral(KV_VERSION));
   // The launcher and icon of an installation (the window system takes the
