@@ -20,9 +20,17 @@ const char* kUsage =
     "  check MAP       verify the hex data, then list every road and control fault (status 1 if any)\n"
     "  landmass MAP    number the separate land and water bodies, then save\n"
     "  ai MAP          build the AI tables (the .ai file beside the map), then save\n"
-    "  render MAP OUT [--x X --y Y --w W --h H]\n"
-    "                  columns X..X+W and rows Y..Y+H as a picture (.bmp or .png); default the whole map\n"
-    "  jumpmap MAP OUT the jump map picture (.bmp or .png)\n";
+    "  render MAP OUT [--x X --y Y --w W --h H] [PICTURE OPTIONS]\n"
+    "                  columns X..X+W and rows Y..Y+H as a picture (.bmp or .png); default the whole map;\n"
+    "                  a PNG is drawn and written in strips, of any size; a BMP is at most 32767 a side\n"
+    "  jumpmap MAP OUT [PICTURE OPTIONS]\n"
+    "                  the jump map picture (.bmp or .png)\n"
+    "picture options:\n"
+    "  --compression fast|default|best\n"
+    "                  PNG compression: fast (the default) is the quickest, best the smallest\n"
+    "  --threads N     compress a PNG on N threads (default: one per core)\n"
+    "  --quiet         no progress line (otherwise shown on standard error for a picture\n"
+    "                  that takes more than a second)\n";
 
 const char* kTryHelp = "Try 'korvane-map --help' for more information.\n";
 
