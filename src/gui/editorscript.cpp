@@ -29,6 +29,13 @@ const EditorName kNames[] = {
      },
      [](Form1& f) { return Bool(f.keeper().GuardOn()); }},
     {"Modified", {}, {}, [](Form1& f) { return Bool(f.keeper().Modified()); }},
+    {"OfferRecovery",
+     [](Form1& f, const QStringList& a, QString* err) {
+       if (!NoArgs(a, err)) return false;
+       f.keeper().OfferRecovery();
+       return true;
+     },
+     {}, {}},
     {"Redo",
      [](Form1& f, const QStringList& a, QString* err) {
        if (!NoArgs(a, err)) return false;
@@ -47,6 +54,12 @@ const EditorName kNames[] = {
      {}, {}},
     {"UndoCount", {}, {}, [](Form1& f) { return QString::number(f.keeper().history().UndoCount()); }},
     {"UndoText", {}, {}, [](Form1& f) { return QString::fromStdString(f.keeper().history().UndoName()); }},
+    {"WriteRecovery",
+     [](Form1& f, const QStringList& a, QString* err) {
+       if (!NoArgs(a, err)) return false;
+       return f.keeper().WriteRecovery(err);
+     },
+     {}, {}},
 };
 
 }  // namespace

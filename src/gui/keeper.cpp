@@ -2,6 +2,9 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDateTime>
+#include <QSettings>
+#include <QTimer>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QKeySequence>
@@ -95,6 +98,89 @@ void Keeper::InstallUi() {
   connect(this, &Keeper::stateChanged, this, &Keeper::ShowState);
   qApp->installEventFilter(this);
   ShowState();
+  recoveryTimer_ = new QTimer(this);
+  connect(recoveryTimer_, &QTimer::timeout, this, &Keeper::RecoveryTick);
+  if (const int secs = RecoveryInterval(); secs > 0) recoveryTimer_->start(secs * 1000);
+}
+
+int Keeper::RecoveryInterval() {
+  QSettings settings(QStringLiteral("korvane-mapedit"), QStringLiteral("korvane-mapedit"));
+  bool ok = false;
+  const int secs = settings.value(QStringLiteral("recovery/interval"), 60).toInt(&ok);
+  return ok && secs >= 0 ? secs : 60;
+}
+
+// After every step, undo or redo: a map back at its saved state needs no copy.
+void Keeper::AfterChange() {
+  changedSinceCopy_ = true;
+  if (!history_->Modified()) slot_.Clear();
+}
+
+void Keeper::RecoveryTick() {
+  if (Script().active || history_->Depth() > 0) return;
+  Settle();
+  if (!history_->Modified()) {
+    slot_.Clear();
+    return;
+  }
+  if (changedSinceCopy_ || !slot_.HasCopy()) WriteRecovery();
+}
+
+bool Keeper::WriteRecovery(QString* err) {
+  std::string why;
+  if (!slot_.Write(form_.session(), RecoveryRoot(), &why)) {
+    if (err) *err = QString::fromStdString(why);
+    return false;
+  }
+  changedSinceCopy_ = false;
+  return true;
+}
+
+bool Keeper::OfferRecovery() {
+  Session& s = form_.session();
+  for (const RecoveryCopy& c : FindRecoveryCopies(RecoveryRoot())) {
+    const std::string file = BaseName(!c.mapPath.empty() ? c.mapPath : !c.mapFile.empty() ? c.mapFile : "newmap.map");
+    const QDateTime when = QDateTime::fromSecsSinceEpoch(c.time);
+    const QString time = when.date() == QDate::currentDate() ? when.toString(QStringLiteral("HH:mm"))
+                                                             : when.toString(QStringLiteral("yyyy-MM-dd HH:mm"));
+    const QString text =
+        QStringLiteral("Recover unsaved changes to %1 from %2?").arg(QString::fromLatin1(file.c_str()), time);
+    enum { Recover, Discard, Later } answer = Later;
+    if (Script().active) {
+      // 6 (Yes) recovers, 7 (No) discards, 2 (Cancel) keeps it for later.
+      switch (MessageBox(&form_, text.toStdString(), vbYesNo)) {
+        case vbYes: answer = Recover; break;
+        case vbNo: answer = Discard; break;
+        default: answer = Later; break;
+      }
+    } else {
+      QMessageBox box(&form_);
+      box.setWindowTitle(QStringLiteral("Korvane Map Editor"));
+      box.setIcon(QMessageBox::Question);
+      box.setText(text);
+      box.setInformativeText(QStringLiteral("The editor ended without saving them."));
+      QPushButton* recover = box.addButton(QStringLiteral("Recover"), QMessageBox::AcceptRole);
+      QPushButton* discard = box.addButton(QStringLiteral("Discard"), QMessageBox::DestructiveRole);
+      box.addButton(QStringLiteral("Later"), QMessageBox::RejectRole);
+      box.setDefaultButton(recover);
+      box.exec();
+      answer = box.clickedButton() == recover ? Recover : box.clickedButton() == discard ? Discard : Later;
+    }
+    if (answer == Discard) RemoveRecoveryCopy(c);
+    if (answer != Recover) continue;
+    Settle();
+    if (!OpenRecoveryCopy(s, c)) continue;
+    // A new document, modified: Save writes it where it belongs.
+    history_->Commit();
+    history_->MarkUnsaved();
+    changedSinceCopy_ = true;
+    // This editor's own copy replaces the old one before the old one goes.
+    if (WriteRecovery()) RemoveRecoveryCopy(c);
+    form_.SyncControls();
+    emit stateChanged();
+    return true;
+  }
+  return false;
 }
 
 // A text box takes Ctrl+Z and Ctrl+Y only while it has typing of its own to
@@ -214,11 +300,16 @@ void Keeper::Settle(bool userAction) {
   AfterOutcome(history_->Commit());
 }
 
-void Keeper::AfterOutcome(History::Outcome) { emit stateChanged(); }
+void Keeper::AfterOutcome(History::Outcome out) {
+  if (out != History::Outcome::None) changedSinceCopy_ = true;
+  if (!history_->Modified()) slot_.Clear();  // saved, or back at the saved state
+  emit stateChanged();
+}
 
 bool Keeper::Undo() {
   const bool ok = history_->Undo();
   if (ok) ShowChange();
+  AfterChange();
   emit stateChanged();
   return ok;
 }
@@ -226,6 +317,7 @@ bool Keeper::Undo() {
 bool Keeper::Redo() {
   const bool ok = history_->Redo();
   if (ok) ShowChange();
+  AfterChange();
   emit stateChanged();
   return ok;
 }

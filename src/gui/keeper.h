@@ -13,8 +13,10 @@
 #include <optional>
 
 #include "document/history.h"
+#include "document/recovery.h"
 
 class QAction;
+class QTimer;
 
 namespace kv::gui {
 
@@ -59,6 +61,20 @@ class Keeper : public QObject {
   // The name the guard and the recovery offer call the map by.
   QString MapName() const;
 
+  // The recovery copy (document/recovery.h): written at most every
+  // RecoveryInterval() seconds while the map is modified, in the editor; a
+  // script writes it with Editor.WriteRecovery. It goes when the map is saved
+  // or its changes undone, and with the editor when it ends.
+  bool WriteRecovery(QString* err = nullptr);
+  bool HasRecoveryCopy() const { return slot_.HasCopy(); }
+  QString RecoveryFolder() const { return QString::fromStdString(slot_.dir()); }
+  // The setting recovery/interval (seconds, 0 never), 60 unless set.
+  static int RecoveryInterval();
+  // At start: each copy left by an editor that died, newest first: "Recover
+  // unsaved changes to NAME from TIME?" with Recover, Discard and Later
+  // (kept for the next start). True when one was opened.
+  bool OfferRecovery();
+
   // The words for the action of a handler, as the menus and buttons say it:
   // "auto redraw Terrain", "Rename", "Paint Tile", "Next Tile (N)".
   QString StepName(const QString& handler, const QStringList& args = {}) const;
@@ -76,6 +92,11 @@ class Keeper : public QObject {
   void ShowChange();
   void ShowState();
   bool SaveForGuard();
+  void RecoveryTick();
+  void AfterChange();
+  RecoverySlot slot_;
+  QTimer* recoveryTimer_ = nullptr;
+  bool changedSinceCopy_ = false;
   Form1& form_;
   std::unique_ptr<History> history_;
   std::optional<bool> guard_;

@@ -6,9 +6,16 @@
 #include <QApplication>
 #include <QMenu>
 #include <QTest>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
 #include <memory>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <string>
 
+#include "document/namestore.h"
+#include "document/recovery.h"
 #include "gui/Form1.h"
 #include "gui/guitest.h"
 #include "gui/keeper.h"
@@ -31,12 +38,13 @@ kvtest::MiniApp MiniSetup() {
 struct Window {
   kvtest::TempDir app, maps;
   std::unique_ptr<Form1> f;
-  Window() {
+  // On a fresh program folder, or on the one given.
+  explicit Window(const std::string& appDir = {}) {
     kvtest::GuiApp();
     gui::Script().active = true;
     gui::Script().answers.clear();
-    kvtest::MakeMiniApp(app.path(), MiniSetup());
-    f = std::make_unique<Form1>(app.path());
+    if (appDir.empty()) kvtest::MakeMiniApp(app.path(), MiniSetup());
+    f = std::make_unique<Form1>(appDir.empty() ? app.path() : appDir);
     f->SetScreenSize(1366, 768);
     EXPECT_TRUE(f->Form_Load());
   }
@@ -217,4 +225,158 @@ TEST(HistoryWindow, TheGuardSavesDiscardsOrCancels) {
   EXPECT_EQ(w.Run("answer 6\nForm1.menu_file_new_Click\nprint Editor.Modified\n"),
             "Editor.Modified=-1\nmsgbox: Save changes to newmap.map?\n");
   EXPECT_FALSE(s.ed.f6.Loaded);
+}
+
+namespace {
+
+// Sets an environment variable for the life of a test.
+struct EnvVar {
+  std::string name;
+  explicit EnvVar(const char* n, const std::string& value) : name(n) { setenv(n, value.c_str(), 1); }
+  ~EnvVar() { unsetenv(name.c_str()); }
+};
+
+// The document as a recovery must give it back.
+void ExpectSameDocument(Session& a, Session& b) {
+  const Document &x = a.doc, &y = b.doc;
+  EXPECT_EQ(x.MapMaxX, y.MapMaxX);
+  EXPECT_EQ(x.MapMaxY, y.MapMaxY);
+  EXPECT_TRUE(x.HexInfo == y.HexInfo);
+  EXPECT_TRUE(x.HexTile == y.HexTile);
+  EXPECT_TRUE(x.HexElev == y.HexElev);
+  EXPECT_TRUE(x.HexCtl == y.HexCtl);
+  EXPECT_TRUE(x.HexDeploy == y.HexDeploy);
+  EXPECT_TRUE(x.HexLandMass == y.HexLandMass);
+  EXPECT_TRUE(x.HexContour == y.HexContour);
+  EXPECT_TRUE(x.HexOrigOwner == y.HexOrigOwner);
+  EXPECT_EQ(x.ObjCount, y.ObjCount);
+  EXPECT_TRUE(x.ObjList == y.ObjList);
+  EXPECT_EQ(x.NationSet, y.NationSet);
+  for (int yy = 0; yy <= x.MapMaxY; ++yy)
+    for (int xx = 0; xx <= x.MapMaxX; ++xx) ASSERT_EQ(GetHexName(a, xx, yy), GetHexName(b, xx, yy));
+}
+
+std::string SaveAsLines(const std::string& dir, const std::string& name) {
+  return "Form1.menu_file_save_as_Click\nLoadSave.Dir1.Path = \"" + dir + "\"\nLoadSave.Text1.Text = \"" + name +
+         "\"\nLoadSave.Command2_Click\n";
+}
+
+const char* kEdits =
+    "CurTile = 3\nclickhex 2 2\nclickhex 3 2\nHexElev(3,3) = 140\nHexCtl(4,4,0) = 2\nHexCtl(4,4,1) = 2\n"
+    "Form1.mOriginalOwner_Click\nForm1.Text2.Text = \"Kessmoor\"\nForm1.Command4_Click\n"
+    "DefaultAreaAll = -1\nForm1.mRedoTerrain_Click\nCurTile = 5\nclickhex 6 1\n"
+    // F4 twice: the whole view drawn again, its contours from the new elevations.
+    "Form1.Form_KeyDown 115 0\nForm1.Form_KeyDown 115 0\n";
+
+}  // namespace
+
+TEST(Recovery, AKilledEditorsWorkIsOfferedAndComesBackEqual) {
+  kvtest::TempDir app, maps, state;
+  kvtest::MakeMiniApp(app.path(), MiniSetup());
+  EnvVar xdg("XDG_STATE_HOME", state.path());
+  const std::string root = kv::RecoveryRoot();
+  ASSERT_EQ(root, state / "korvane-mapedit/recovery");
+
+  // A real editor: named, changed, its copy written, then killed.
+  int toChild[2], fromChild[2];
+  ASSERT_EQ(pipe(toChild), 0);
+  ASSERT_EQ(pipe(fromChild), 0);
+  const pid_t pid = fork();
+  ASSERT_GE(pid, 0);
+  if (pid == 0) {
+    dup2(toChild[0], 0);
+    dup2(fromChild[1], 1);
+    close(toChild[1]);
+    close(fromChild[0]);
+    const std::string tool = std::string(KV_BIN_DIR) + "/korvane-map";
+    execl(tool.c_str(), "korvane-map", "--app", app.path().c_str(), "--screen", "1366x768", "script", "-",
+          static_cast<char*>(nullptr));
+    _exit(127);
+  }
+  close(toChild[0]);
+  close(fromChild[1]);
+  const std::string script = SaveAsLines(maps.path(), "killed") + kEdits + "Editor.WriteRecovery\nprint Editor.Modified\n";
+  ASSERT_EQ(write(toChild[1], script.data(), script.size()), static_cast<ssize_t>(script.size()));
+  // The editor waits for more lines; its copy is written once it says so.
+  std::string said;
+  char buf[256];
+  while (said.find("Editor.Modified=") == std::string::npos) {
+    const ssize_t n = read(fromChild[0], buf, sizeof buf);
+    if (n <= 0) break;
+    said.append(buf, static_cast<size_t>(n));
+  }
+  EXPECT_NE(said.find("Editor.Modified=-1"), std::string::npos) << said;
+  kill(pid, SIGKILL);
+  int status = 0;
+  waitpid(pid, &status, 0);
+  close(toChild[1]);
+  close(fromChild[0]);
+  ASSERT_TRUE(WIFSIGNALED(status));
+  const std::vector<RecoveryCopy> left = FindRecoveryCopies(root);
+  ASSERT_EQ(left.size(), 1u);
+  EXPECT_EQ(left[0].mapPath, maps / "killed.map");
+
+  // The same work done here, for comparison.
+  Window expected;
+  expected.Run(SaveAsLines(expected.maps.path(), "killed") + kEdits);
+
+  // The next start offers it: Later keeps it, Recover opens it, modified,
+  // under its own path.
+  Window next(app.path());
+  EXPECT_EQ(next.Run("answer 2\nEditor.OfferRecovery\nprint Editor.Modified\n").substr(0, 18), "Editor.Modified=0\n");
+  ASSERT_EQ(FindRecoveryCopies(root).size(), 1u);
+  const std::string out = next.Run("answer 6\nEditor.OfferRecovery\nprint Editor.Modified MapPath Form1.Caption\n");
+  EXPECT_EQ(out.substr(0, out.find("msgbox:")), "Editor.Modified=-1\nMapPath=" + (maps / "killed.map") +
+                                                   "\nForm1.Caption=Main: editing killed\n");
+  EXPECT_NE(out.find("msgbox: Recover unsaved changes to killed.map from "), std::string::npos) << out;
+  ExpectSameDocument(expected.f->session(), next.f->session());
+  // The dead editor's copy is gone; this editor holds its own.
+  EXPECT_TRUE(FindRecoveryCopies(root).empty());
+  EXPECT_TRUE(next.f->keeper().HasRecoveryCopy());
+  // Save writes it where it belongs, and the copy goes.
+  next.Run("Form1.menu_file_save_Click\n");
+  EXPECT_FALSE(next.f->keeper().HasRecoveryCopy());
+  EXPECT_EQ(next.Run("print Editor.Modified\n"), "Editor.Modified=0\n");
+  const std::string folder = next.f->keeper().RecoveryFolder().toStdString();
+  EXPECT_FALSE(folder.empty());
+  // An editor that ends normally leaves nothing behind.
+  next.f.reset();
+  EXPECT_FALSE(kv::DirExists(folder));
+}
+
+TEST(Recovery, DiscardRemovesTheCopyAndAFreshMapTakesTheCopysNames) {
+  kvtest::TempDir state;
+  EnvVar xdg("XDG_STATE_HOME", state.path());
+  Window w;
+  // A map never named: its names live in the program folder's newmap files,
+  // which the next start makes afresh.
+  w.Run(std::string(kEdits) + "Editor.WriteRecovery\n");
+  const std::string root = kv::RecoveryRoot();
+  ASSERT_TRUE(w.f->keeper().HasRecoveryCopy());
+  // Another editor running meanwhile does not offer a copy in use.
+  Window other;
+  EXPECT_EQ(other.Run("Editor.OfferRecovery\n"), "");
+  // The first one dies: its folder stays, its lock goes.
+  const std::string dir = w.f->keeper().RecoveryFolder().toStdString();
+  const std::string keep = state / "kept";
+  std::filesystem::rename(dir, keep);
+  w.f.reset();
+  std::filesystem::create_directories(root);
+  std::filesystem::rename(keep, dir);
+  ASSERT_EQ(FindRecoveryCopies(root).size(), 1u);
+  Window next(w.app.path());
+  EXPECT_EQ(next.Run("answer 6\nEditor.OfferRecovery\nprint MapPath\n").substr(0, 8), "MapPath=");
+  std::string name = GetHexName(next.f->session(), 3, 2);
+  EXPECT_EQ(TrimName(name), "Kessmoor");
+  EXPECT_EQ(next.f->session().doc.HexElev(3, 3), 140);
+  // Discard: a copy is removed without opening it.
+  next.Run("Editor.WriteRecovery\n");
+  const std::string nextDir = next.f->keeper().RecoveryFolder().toStdString();
+  std::filesystem::rename(nextDir, keep);
+  next.f.reset();
+  std::filesystem::rename(keep, nextDir);
+  Window last(w.app.path());
+  EXPECT_NE(last.Run("answer 7\nEditor.OfferRecovery\nprint Editor.Modified\n").find("Editor.Modified=0"),
+            std::string::npos);
+  EXPECT_TRUE(FindRecoveryCopies(root).empty());
 }
