@@ -11,6 +11,7 @@
 #include "gui/Form1.h"
 #include "gui/editorscript.h"
 #include "gui/keeper.h"
+#include "gui/handscript.h"
 #include "gui/qtui.h"
 #include "gui/vbform.h"
 #include "session.h"
@@ -265,6 +266,8 @@ class Runner {
   }
 
  private:
+  // The pseudo-form of the editor's comfort.
+  static bool IsEditor(const QString& name) { return name.compare(QStringLiteral("Editor"), Qt::CaseInsensitive) == 0; }
   // Splits "Form.Control.Property" or "Form.Handler".
   static QStringList Dotted(const QString& t) { return t.split(QLatin1Char('.')); }
 
@@ -286,12 +289,19 @@ class Runner {
   }
   static const EditorName& EditorRow(const QString& name) {
     const EditorName* row = FindEditorName(name);
-    if (!row) Fail(QStringLiteral("Editor has no name %1").arg(name));
+    if (!row) Fail(QStringLiteral("Editor has no %1").arg(name));
     return *row;
   }
 
   void Call(const QStringList& t) {
     const QStringList parts = Dotted(t[0]);
+    if (IsEditor(parts) && !FindEditorName(parts[1])) {
+      QString err;
+      if (!HandScriptCall(f_, parts[1], t.mid(1), &err))
+        Fail(err.isEmpty() ? QStringLiteral("Editor has no %1").arg(parts[1]) : err);
+      Settle();
+      return;
+    }
     if (IsEditor(parts)) {
       const EditorName& row = EditorRow(parts[1]);
       if (!row.run) Fail(QStringLiteral("Editor.%1 is no command").arg(parts[1]));
@@ -313,6 +323,13 @@ class Runner {
 
   void Assign(const QString& target, const QString& value) {
     const QStringList parts = Dotted(target);
+    if (IsEditor(parts) && !FindEditorName(parts[1])) {
+      QString err;
+      if (!HandScriptSet(f_, parts[1], value, &err))
+        Fail(err.isEmpty() ? QStringLiteral("Editor has no %1").arg(parts[1]) : err);
+      Settle();
+      return;
+    }
     if (IsEditor(parts)) {
       const EditorName& row = EditorRow(parts[1]);
       if (!row.set) Fail(QStringLiteral("Editor.%1 cannot be set").arg(parts[1]));
@@ -345,6 +362,11 @@ class Runner {
 
   QString Value(const QString& item) {
     const QStringList parts = Dotted(item);
+    if (IsEditor(parts) && !FindEditorName(parts[1])) {
+      QString out;
+      if (!HandScriptGet(f_, parts[1], &out)) Fail(QStringLiteral("Editor has no %1").arg(parts[1]));
+      return out;
+    }
     if (IsEditor(parts)) {
       const EditorName& row = EditorRow(parts[1]);
       if (!row.get) Fail(QStringLiteral("Editor.%1 has no value").arg(parts[1]));

@@ -87,7 +87,7 @@ TEST(EditorScript, UndoAndRedoEveryLineWithItsWords) {
 TEST(EditorScript, UnknownNamesAndWrongUseStopTheScript) {
   Window w;
   int rc = 0;
-  EXPECT_EQ(w.Run("Editor.Nothing\n", &rc), "line 1: Editor has no name Nothing\n");
+  EXPECT_EQ(w.Run("Editor.Nothing\n", &rc), "line 1: Editor has no Nothing\n");
   EXPECT_EQ(rc, 1);
   EXPECT_EQ(w.Run("Editor.Undo 3\n", &rc), "line 1: Editor.Undo: takes no arguments\n");
   EXPECT_EQ(w.Run("Editor.UndoCount = 4\n", &rc), "line 1: Editor.UndoCount cannot be set\n");
