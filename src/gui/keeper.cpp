@@ -95,6 +95,9 @@ void Keeper::InstallUi() {
   keys("menu_file_open", "Ctrl+O");
   keys("menu_file_save", "Ctrl+S");
   keys("menu_file_save_as", "Ctrl+Shift+S");
+  // A stroke of painting, from the press to the release, is one step.
+  form_.onStrokeBegin = [this]() { BeginStep(StepName(QStringLiteral("Picture1_MouseDown"))); };
+  form_.onStrokeEnd = [this]() { EndStep(); };
   connect(this, &Keeper::stateChanged, this, &Keeper::ShowState);
   qApp->installEventFilter(this);
   ShowState();
