@@ -3,12 +3,19 @@
 // the memory cap and a replaced document.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <random>
 
+#include "analysis/landmass.h"
+#include "analysis/roadcheck.h"
+#include "autotile/passes.h"
+#include "document/clipboard.h"
 #include "document/document_ops.h"
 #include "document/history.h"
 #include "document/mapfile.h"
 #include "document/namestore.h"
+#include "editing/controlform.h"
+#include "editing/editing.h"
 #include "minisession.h"
 
 using namespace kv;
@@ -227,4 +234,138 @@ TEST_F(HistoryTest, AReplacedDocumentStartsANewHistory) {
   EXPECT_EQ(h.UndoCount(), 0u);
   EXPECT_FALSE(h.Modified());
   EXPECT_FALSE(h.Undo());
+}
+
+// Every handler that can change the map, run in random order on random maps
+// under random pens: undoing each step gives back the state before it, byte
+// for byte, and redoing gives back its result. The history sees only the
+// document, never the handlers, so a handler that wrote where it should not
+// would show here as a difference.
+TEST(HistoryProperty, EveryHandlerUndoesAndRedoesExactly) {
+  kvtest::MiniSession ms(kvtest::RoadTileApp());
+  Session& s = *ms.s;
+  Document& d = s.doc;
+  Pens& p = s.pens;
+  std::mt19937 rng(2026);
+  auto pick = [&](int n) { return static_cast<int>(rng() % static_cast<unsigned>(n)); };
+  const int tiles = s.ref.TileMax + 1;
+
+  using Action = std::function<void()>;
+  const std::vector<std::pair<const char*, Action>> actions = {
+      {"paint", [&] {
+         p.CtlMode = static_cast<int16_t>(pick(3));
+         p.SideEdit = pick(4) == 0 ? 2 : 0;
+         p.ClearSides = pick(5) == 0 ? -1 : 0;
+         p.ElevMode = pick(5) == 0 ? -1 : 0;
+         p.ElevValue = static_cast<int16_t>(pick(201) - 100);
+         p.AutoTile = pick(3) == 0 ? -1 : 0;
+         p.RandomMode = pick(4) == 0 ? -1 : 0;
+         p.CurTile = static_cast<int16_t>(pick(tiles));
+         p.CurSide = static_cast<int16_t>(1 + pick(6));
+         p.CurSideKind = static_cast<int16_t>(1 + pick(2));
+         p.CurNation = static_cast<int16_t>(pick(s.ref.NationCount + 1));
+         p.CurOrigNation = static_cast<int16_t>(pick(s.ref.NationCount + 1));
+         p.CurObjType = static_cast<int16_t>(pick(4));
+         SetHex(s, static_cast<int16_t>(pick(d.W())), static_cast<int16_t>(pick(d.H())));
+       }},
+      {"keys", [&] {
+         p.CurHexX = static_cast<int16_t>(pick(d.W()));
+         p.CurHexY = static_cast<int16_t>(pick(d.H()));
+         const int keys[] = {key::B, key::N, key::R, key::X, key::F4, key::F5, key::F7, key::F8};
+         Form_KeyDown(s, keys[pick(8)], 0);
+       }},
+      {"block fill", [&] {
+         p.RandomMode = pick(2) == 0 ? -1 : 0;
+         Command1_Click(s);
+       }},
+      {"names", [&] {
+         p.CurHexX = static_cast<int16_t>(pick(d.W()));
+         p.CurHexY = static_cast<int16_t>(pick(d.H()));
+         s.ed.f1.Text2 = "Hex " + std::to_string(pick(1000));
+         if (pick(3) == 0)
+           Command7_Click(s);
+         else
+           Command4_Click(s);
+       }},
+      {"copy and paste", [&] {
+         p.SelX1 = static_cast<int16_t>(pick(d.W()));
+         p.SelY1 = static_cast<int16_t>(pick(d.H()));
+         p.SelX2 = static_cast<int16_t>(std::min(d.W() - 1, p.SelX1 + pick(6)));
+         p.SelY2 = static_cast<int16_t>(std::min(d.H() - 1, p.SelY1 + pick(6)));
+         if (pick(2)) mCopy_Click(s);
+         p.CurHexX = static_cast<int16_t>(pick(d.W()));
+         p.CurHexY = static_cast<int16_t>(pick(d.H()));
+         mPaste_Click(s);
+       }},
+      {"snapshot", [&] { mUndo_Click(s); }},
+      {"passes", [&] {
+         p.DefaultAreaAll = pick(2) == 0 ? -1 : 0;
+         p.CurTile = static_cast<int16_t>(pick(tiles));
+         switch (pick(7)) {
+           case 0: autoredrawroads_Click(s); break;
+           case 1: autoredrawterrain_Click(s); break;
+           case 2: mAutoForest_Click(s); break;
+           case 3: mAutoMoutains_Click(s); break;
+           case 4: mMapRebuild_Click(s); break;
+           case 5: mRedoTerrain_Click(s); break;
+           default: doroads_Click(s); break;
+         }
+       }},
+      {"woods", [&] { mRndWoods_Click(s); }},
+      {"checks", [&] {
+         p.DefaultAreaAll = pick(2) == 0 ? -1 : 0;
+         switch (pick(6)) {
+           case 0: mDefaultHC_Click(s); break;
+           case 1: mRoadsOnly_Click(s); break;
+           case 2: menu_LandMass_Click(s); break;
+           case 3: VerifyHexData_Click(s); break;
+           case 4: mNextUnconnected_Click(s); break;
+           default: mOriginalOwner_Click(s); break;
+         }
+       }},
+      {"objectives", [&] { BuildObjList(s); }},
+  };
+
+  for (int map = 0; map < 5; ++map) {
+    // A random map: a new one of a random size, then random content.
+    d.MapMaxX = static_cast<int16_t>(6 + pick(30));
+    d.MapMaxY = static_cast<int16_t>(6 + pick(24));
+    d.MapFile = "newmap.map";
+    d.MapPath = ms.app / "newmap.map";
+    NewMap(s);
+    for (int y = 0; y < d.H(); ++y)
+      for (int x = 0; x < d.W(); ++x) {
+        d.HexTile(x, y) = static_cast<int16_t>(pick(tiles));
+        d.HexInfo(x, y, 0) = s.ref.TypeOf(d.HexTile(x, y));
+        for (int k = 1; k <= 6; ++k) d.HexInfo(x, y, k) = pick(6) == 0 ? static_cast<uint8_t>(1 + pick(2)) : 0;
+        d.HexElev(x, y) = static_cast<uint8_t>(127 + pick(41) - 20);
+        d.HexCtl(x, y, 0) = static_cast<uint8_t>(pick(s.ref.NationCount + 1));
+        d.HexCtl(x, y, 1) = pick(8) == 0 ? static_cast<uint8_t>(1 + pick(3)) : 0;
+        d.HexDeploy(x, y) = pick(10) == 0 ? static_cast<int16_t>(1 + pick(s.ref.NationCount)) : 0;
+      }
+    BuildObjList(s);
+    History h(s);
+    std::vector<DocBytes> states{Take(s)};
+    std::vector<std::string> done;
+    for (int i = 0; i < 40; ++i) {
+      const auto& [name, act] = actions[static_cast<size_t>(pick(static_cast<int>(actions.size())))];
+      h.Begin(name);
+      act();
+      h.End();
+      if (h.UndoCount() == states.size()) {
+        states.push_back(Take(s));
+        done.push_back(name);
+      }
+      ASSERT_EQ(h.UndoCount() + 1, states.size());
+    }
+    ASSERT_GT(states.size(), 15u);
+    for (size_t i = states.size() - 1; i > 0; --i) {
+      ASSERT_TRUE(h.Undo());
+      ASSERT_TRUE(Take(s) == states[i - 1]) << "map " << map << ": undoing \"" << done[i - 1] << "\"";
+    }
+    for (size_t i = 1; i < states.size(); ++i) {
+      ASSERT_TRUE(h.Redo());
+      ASSERT_TRUE(Take(s) == states[i]) << "map " << map << ": redoing \"" << done[i - 1] << "\"";
+    }
+  }
 }
