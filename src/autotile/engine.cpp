@@ -101,6 +101,21 @@ void AutoDrawTile(Session& s, int16_t x, int16_t y, int16_t& tile) {
   if (tile > ref.TileMax) tile = -1;
 }
 
+std::string TerrainListPath(const Session& s, int16_t x, int16_t y) {
+  const int T = PenTerrain(s);
+  switch (T) {
+    case 0: return TileListPath(s, T, Digits(s, x, y, Edge::From1, true, [](int t) { return t == 0 || t == 14; }));
+    case 2:
+    case 11: return {};
+    case 5: return TileListPath(s, T, Digits(s, x, y, Edge::From0, false, [](int t) { return t == 5 || t == 14; }));
+    case 14: return TileListPath(s, T, Digits(s, x, y, Edge::From0, false, [](int t) { return t == 14 || t == 0; }));
+    case 8:
+    case 10:
+    case 12: return TileListPath(s, T, Digits(s, x, y, Edge::From0, false, TerrainGroup));
+    default: return TileListPath(s, T, Digits(s, x, y, Edge::From0, false, [T](int t) { return t == T; }));
+  }
+}
+
 void TerrainPattern(Session& s, int16_t x, int16_t y, int16_t& tile) {
   const std::string digits = Digits(s, x, y, Edge::From0, false, TerrainGroup);
   PickListTile(s, TileListPath(s, PenTerrain(s), digits), tile);

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 namespace kv {
 
@@ -31,6 +32,10 @@ void CheckRivers(Session& s, int16_t x, int16_t y, int16_t& tile);
 void TerrainPattern(Session& s, int16_t x, int16_t y, int16_t& tile);
 // Tile pattern store of the pen's terrain. Always writes `tile`.
 void TilePattern(Session& s, int16_t x, int16_t y, int16_t& tile);
+
+// The terrain tile list that AutoDrawTile (or TerrainPattern) draws from for
+// the pen at (x, y); "" when the pen's terrain goes to the river store.
+std::string TerrainListPath(const Session& s, int16_t x, int16_t y);
 
 // ---- Learning ----------------------------------------------------------------
 

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "autotile/engine.h"
+#include "autotile/follow.h"
 #include "autotile/passes.h"
 #include "autotile/random.h"
 #include "document/mapfile.h"
@@ -174,7 +175,10 @@ void Picture1_MouseDown(Session& s, int button, int /*shift*/, double X, double 
     RedrawBuffers(s);
   }
   if (button == 1 && p.ShiftKey == 0) {
+    const bool follow = NeighboursFollowPaint(s);
     SetHex(s, p.CurHexX, p.CurHexY);
+    if (follow)
+      for (const HexRef& h : FollowNeighbours(s, p.CurHexX, p.CurHexY)) RedrawHex(s, h.x, h.y);
     if (p.AutoTileResume == 1) {
       p.AutoTileResume = 0;
       p.AutoTile = -1;
