@@ -1,6 +1,9 @@
-# Debian packages the build needs; sourced by scripts/run and scripts/test.
+# Debian packages the build needs (and the checks of its installation and
+# package); sourced by scripts/run and scripts/test.
 KV_PACKAGES=(build-essential cmake ninja-build pkg-config qt6-base-dev qt6-base-dev-tools libgl-dev
-             libgtest-dev libgmock-dev libbenchmark-dev libstb-dev xvfb xauth)
+             libgtest-dev libgmock-dev libbenchmark-dev libstb-dev zlib1g-dev xvfb xauth
+             desktop-file-utils appstream libxml2-utils shared-mime-info libglib2.0-bin man-db file dpkg-dev
+             xdotool)
 
 kv_install_deps() {
   local missing=()

@@ -22,17 +22,26 @@ std::string Session::App(const std::string& rel) const { return JoinPath(AppPath
 
 void Session::SetLabel3(const std::string& text) {
   forms.Label3Caption = text;
-  ui_->Changed("Label3");
+  ui_->Changed(Change::Label3);
 }
 
 void Session::SetPointer(int pointer) {
   forms.MousePointer = pointer;
-  ui_->Changed("MousePointer");
+  ui_->Changed(Change::MousePointer);
 }
 
 void Session::SetForm1Caption(const std::string& text) {
   forms.Form1Caption = text;
-  ui_->Changed("Form1.Caption");
+  ui_->Changed(Change::Form1Caption);
+}
+
+void Session::MapEdited(const HexRect& area) {
+  const HexRect r = area.ClippedTo(doc.MapMaxX, doc.MapMaxY);
+  if (!r.Empty()) ui_->MapChanged({MapChange::Kind::Edit, r});
+}
+
+void Session::MapReplaced() {
+  ui_->MapChanged({MapChange::Kind::Replaced, HexRect::Whole(doc.MapMaxX, doc.MapMaxY)});
 }
 
 }  // namespace kv

@@ -76,6 +76,11 @@ struct Session {
   void SetLabel3(const std::string& text);
   void SetPointer(int pointer);
   void SetForm1Caption(const std::string& text);
+  // Announces that the map's data may have changed inside `area` (cut to the map).
+  void MapEdited(const HexRect& area);
+  void MapEdited() { MapEdited(HexRect::Whole(doc.MapMaxX, doc.MapMaxY)); }
+  // Announces that the document was replaced as a whole (new, load, import).
+  void MapReplaced();
 
  private:
   std::unique_ptr<HeadlessUi> own_ui_;

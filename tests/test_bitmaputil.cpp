@@ -58,7 +58,7 @@ struct Utility {
   kvtest::TempDir app, pics;
   HeadlessUi ui;
   std::unique_ptr<Session> s;
-  std::vector<std::string> shown;  // forms the core asked to show
+  std::vector<std::string>& shown = ui.shown;  // forms the core asked to show
   Utility() {
     kvtest::MiniApp mini;
     mini.types = {0, 1, 1, 3, 1, 5, 14, 1, 8, 6};
@@ -68,7 +68,6 @@ struct Utility {
     kvtest::WriteBytes(app / "mapedit/randomtile.dat", rnd);
     s = std::make_unique<Session>(app.path(), &ui);
     EXPECT_TRUE(StartSession(*s));
-    s->ed.hooks.ShowForm = [this](Session&, const std::string& f) { shown.push_back(f); };
     Form4_Load(*s);
   }
   BitmapUtilState& b() { return s->bmp; }

@@ -30,10 +30,10 @@ kvtest::MiniApp EditorApp() {
 }
 
 struct Editor : kvtest::MiniSession {
-  std::vector<std::string> shown, refreshed;  // forms asked for, tile data screens told
+  std::vector<std::string>& shown = ui.shown;  // forms asked for
+  std::vector<std::string> refreshed;          // tile data screens told
   Editor() : MiniSession(EditorApp()) {
-    s->ed.hooks.ShowForm = [this](Session&, const std::string& f) { shown.push_back(f); };
-    s->ed.hooks.TileDataGetStuff = [this](Session&, const std::string& f) { refreshed.push_back(f); };
+    s->ed.hooks.TileDataGetStuff = [this](Session&, FormId f) { refreshed.push_back(FormName(f)); };
   }
 };
 

@@ -29,8 +29,8 @@ namespace {
 class FormUi : public HeadlessUi {
  public:
   gui::Form4* form = nullptr;
-  void Changed(const std::string& what) override {
-    if (form && what.rfind("Form4", 0) == 0) form->OnChanged(what);
+  void Changed(Change what) override {
+    if (form && FormOf(what) == FormId::Form4) form->OnChanged(what);
   }
 };
 
@@ -59,7 +59,7 @@ struct Workspace {
   void Reset() {
     s->bmp.Picture2 = original;
     s->bmp.Picture2Visible = true;
-    form->OnChanged("Form4.Picture2");
+    form->OnChanged(Change::Form4Picture2);
     QCoreApplication::processEvents();
   }
   // The colour reduction's pass, each column put into the picture as it is

@@ -213,6 +213,7 @@ bool BuildLandMasses(Session& s) {
   d.HexLandMass.Allocate(d.W(), d.H());
   int16_t* out = d.HexLandMass.data();
   for (size_t i = 0; i < r.number.size(); ++i) out[i] = static_cast<int16_t>(r.number[i]);
+  s.MapEdited();
   s.SetPointer(vbArrow);
   return true;
 }

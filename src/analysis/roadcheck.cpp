@@ -20,6 +20,7 @@ void ConnectAllRoads(Session& s) {
   const Document& d = s.doc;
   for (int x = 0; x <= d.MapMaxX; ++x)
     for (int y = 0; y <= d.MapMaxY; ++y) ConnectRoads(s, static_cast<int16_t>(x), static_cast<int16_t>(y));
+  s.MapEdited();
 }
 
 }  // namespace
@@ -113,6 +114,7 @@ int VerifyHexData(Session& s) {
       // An objective without an owner is no objective; not counted.
       if (d.HexCtl(x, y, 1) > 0 && d.HexCtl(x, y, 0) == 0) d.HexCtl(x, y, 1) = 0;
     }
+  s.MapEdited();
   return errors;
 }
 
@@ -147,6 +149,7 @@ void SetDefaultControl(Session& s, const HexArea& a) {
         d.HexCtl(x, y, 1) = 0;
       }
     }
+  s.MapEdited({a.x1, a.y1, a.x2, a.y2});
 }
 
 void SetRoadControl(Session& s, const HexArea& a) {
@@ -154,6 +157,7 @@ void SetRoadControl(Session& s, const HexArea& a) {
   for (int x = std::max(a.x1, 0); x <= a.x2; ++x)
     for (int y = std::max(a.y1, 0); y <= a.y2; ++y)
       if (s.ref.RoadOf(d.HexTile(x, y)) == 1) d.HexCtl(x, y, 0) = static_cast<uint8_t>(s.pens.CurNation);
+  s.MapEdited({a.x1, a.y1, a.x2, a.y2});
 }
 
 }  // namespace kv

@@ -34,6 +34,8 @@ void RedrawPass(Session& s, bool snapshot, Work work) {
   ResetStoreProblem(s);
   s.pens.AutoTile = -1;
   work(a);
+  // A pass may also set the hexes round the area's edge (a mountain's ring).
+  s.MapEdited({a.x1 - 1, a.y1 - 1, a.x2 + 1, a.y2 + 1});
   RedrawBuffers(s);
   s.SetPointer(vbArrow);
 }
@@ -161,6 +163,7 @@ void UpdateTiles(Session& s) {
       const int16_t tile = d.HexTile(x, y);
       if (tile == 544 || ref.TypeOf(tile) != d.HexInfo(x, y, 0)) NewTile(s, x, y);
     }
+  s.MapEdited();
   RedrawBuffers(s);
 }
 
@@ -172,6 +175,7 @@ void mMapRebuild_Click(Session& s) {
 void mRedoTerrain_Click(Session& s) {
   WriteSnapshot(s);
   RetypeHexes(s);
+  s.MapEdited();
 }
 
 void doroads_Click(Session& s) {
@@ -188,6 +192,7 @@ void doroads_Click(Session& s) {
         HexNeighbour(nx, ny, side);
         if (d.OnMap(nx, ny) && d.HexInfo(nx, ny, OppositeSide(side)) == 0) d.HexInfo(x, y, side) = 0;
       }
+  s.MapEdited();
 }
 
 // ---- Memorise passes -----------------------------------------------------------
@@ -265,6 +270,7 @@ void ScatterWoods(Session& s) {
         d.HexTile(x, y) = tile;
       }
     }
+  s.MapEdited();
 }
 
 void mRndWoods_Click(Session& s) {

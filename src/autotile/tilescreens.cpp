@@ -120,7 +120,7 @@ void TerrainGetStuff(Session& s) {
   const int16_t n = s.pens.CurTile;
   const int type = s.ref.TypeOf(n);
   f.Label1 = std::to_string(n) + " " + NameOf(s, type);
-  s.ui().Changed("Form14.Label1");  // shown at once
+  s.ui().Changed(Change::Form14Label1);  // shown at once
   const uint8_t stored = ReadTileByte(s, TileTypePath(s), n);
   f.Label4Bold = stored != type;
   f.Label4Tag = std::to_string(stored);
@@ -146,13 +146,13 @@ void TerrainSaveStuff(Session& s) {
   WriteTileBytes(s, RandomPath(s), n, &random, 1);
 }
 
-const char* FormName(TileScreen which) {
+Change ScreenChanged(TileScreen which) {
   switch (which) {
-    case TileScreen::Road: return "Form11";
-    case TileScreen::Pattern: return "Form13";
+    case TileScreen::Road: return Change::Form11;
+    case TileScreen::Pattern: return Change::Form13;
     case TileScreen::Terrain: break;
   }
-  return "Form14";
+  return Change::Form14;
 }
 
 }  // namespace
@@ -182,7 +182,7 @@ void TileScreen_GetStuff(Session& s, TileScreen which) {
     case TileScreen::Pattern: PatternGetStuff(s); break;
     case TileScreen::Terrain: TerrainGetStuff(s); break;
   }
-  s.ui().Changed(FormName(which));
+  s.ui().Changed(ScreenChanged(which));
 }
 
 void TileScreen_SaveStuff(Session& s, TileScreen which) {
@@ -191,7 +191,7 @@ void TileScreen_SaveStuff(Session& s, TileScreen which) {
     case TileScreen::Pattern: PatternSaveStuff(s); break;
     case TileScreen::Terrain: TerrainSaveStuff(s); break;
   }
-  s.ui().Changed(FormName(which));
+  s.ui().Changed(ScreenChanged(which));
 }
 
 void TileScreen_DrawTile(Session& s, TileScreen which) {
@@ -225,7 +225,7 @@ void TileScreen_Command(Session& s, TileScreen which, int index) {
   if (index == 1) TileScreen_nTile(s, which);
   if (index == 2) TileScreen_SaveStuff(s, which);
   if (which == TileScreen::Terrain) s.tileScreens.f14.List1Enabled = true;
-  s.ui().Changed(FormName(which));
+  s.ui().Changed(ScreenChanged(which));
 }
 
 bool TileScreen_KeyDown(Session& s, TileScreen which, int keyCode) {
@@ -236,42 +236,42 @@ bool TileScreen_KeyDown(Session& s, TileScreen which, int keyCode) {
   if (index == 0) TileScreen_pTile(s, which);
   if (index == 1) TileScreen_nTile(s, which);
   if (index == 2) TileScreen_SaveStuff(s, which);
-  s.ui().Changed(FormName(which));
+  s.ui().Changed(ScreenChanged(which));
   return true;
 }
 
 void TileScreen_KeyUp(Session& s, TileScreen which) {
   if (which != TileScreen::Terrain) return;
   s.tileScreens.f14.List1Enabled = true;
-  s.ui().Changed("Form14");
+  s.ui().Changed(Change::Form14);
 }
 
 void TileScreen_MouseMove(Session& s, TileScreen which) {
   TileScreenCommon& f = Common(s, which);
   if (f.BoldCommand == -1) return;
   f.BoldCommand = -1;
-  s.ui().Changed(FormName(which));
+  s.ui().Changed(ScreenChanged(which));
 }
 
 void RoadScreen_Label3_MouseMove(Session& s, int index) {
   RoadScreenState& f = s.tileScreens.f11;
   if (f.BoldCommand == index) return;
   f.BoldCommand = index;
-  s.ui().Changed("Form11");
+  s.ui().Changed(Change::Form11);
 }
 
 void TileScreen_Image2_Click(Session& s, TileScreen which, int index) {
   if (index < 0 || index > 5 || which == TileScreen::Terrain) return;
   std::string& tag = which == TileScreen::Road ? s.tileScreens.f11.Image2Tag[index] : s.tileScreens.f13.Image2Tag[index];
   tag = tag == "1" ? "0" : "1";
-  s.ui().Changed(FormName(which));
+  s.ui().Changed(ScreenChanged(which));
 }
 
 void PatternScreen_Option1_Click(Session& s, int index) {
   PatternScreenState& f = s.tileScreens.f13;
   f.Option1 = index == 1 ? 1 : 0;
   f.MarksVisible = f.Option1 == 1;
-  s.ui().Changed("Form13");
+  s.ui().Changed(Change::Form13);
 }
 
 void BuildPatternFile(Session& s, const std::string& path, const std::string& digits) {
@@ -301,7 +301,7 @@ void TerrainScreen_List1_Click(Session& s) {
       f.ListIndex >= 0 && f.ListIndex < static_cast<int>(f.List1.size()) ? f.List1[f.ListIndex] : std::string();
   f.Label1 = Pad(s.pens.CurTile, 4) + " " + text;
   f.Label1Tag = std::to_string(f.ListIndex);
-  s.ui().Changed("Form14");
+  s.ui().Changed(Change::Form14);
 }
 
 }  // namespace kv

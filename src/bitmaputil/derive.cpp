@@ -86,7 +86,7 @@ void mPG2_Click(Session& s) {
   PutAll(s, b.ImageBits);
   b.Picture3 = IconStrip(b.Picture2);
   b.Picture3Visible = true;
-  s.ui().Changed("Form4.Picture3");
+  s.ui().Changed(Change::Form4Picture3);
   if (SavePicture(s, b.Picture3, target)) s.MsgBox(target + " saved.");
   SetPointer(s, vbArrow);
 }
@@ -112,7 +112,7 @@ void SaveSectors_Click(Session& s) {
         return;
       }
     }
-  s.ui().Changed("Form4.Picture3");
+  s.ui().Changed(Change::Form4Picture3);
 }
 
 void bmp2map_Click(Session& s) {
@@ -136,8 +136,8 @@ void bmp2map_Click(Session& s) {
   b.PixelDoneW = w + 1;
   b.PixelDoneH = h + 1;
   b.PixelDone.assign(static_cast<size_t>(b.PixelDoneW) * b.PixelDoneH, 0);
-  s.ui().Changed("Form1");
-  s.ui().Changed("Form4");
+  s.ui().Changed(Change::Form1);
+  s.ui().Changed(Change::Form4);
 }
 
 void GoToHex(Session& s, int16_t x, int16_t y) {

@@ -41,12 +41,12 @@ bool NeedPicture(Session& s) {
 
 void SetCaption(Session& s, const std::string& text) {
   s.bmp.Caption = text;
-  s.ui().Changed("Form4.Caption");
+  s.ui().Changed(Change::Form4Caption);
 }
 
 void SetPointer(Session& s, int pointer) {
   s.bmp.MousePointer = pointer;
-  s.ui().Changed("Form4");
+  s.ui().Changed(Change::Form4);
 }
 
 void PutColumns(Session& s, const ImageStore& img, int x0, int x1) {
@@ -75,7 +75,7 @@ void PutAll(Session& s, const ImageStore& img) {
   b.PutX0 = INT_MAX;
   b.PutX1 = -1;
   b.Picture2 = BitmapOf(img);
-  s.ui().Changed("Form4.Picture2");
+  s.ui().Changed(Change::Form4Picture2);
 }
 
 bool SavePicture(Session& s, const Bitmap& bm, const std::string& path) {
@@ -127,7 +127,7 @@ void PointerPixel(const ImageStore& img, double X, double Y, int& x, int& y) {
 void SaveClickResult(Session& s) {
   const std::string path = s.App("picture2.bmp");
   if (SavePicture(s, s.bmp.Picture2, path)) s.MsgBox("Saved " + path);
-  s.ui().Changed("Form4.Picture2");
+  s.ui().Changed(Change::Form4Picture2);
 }
 
 void ExtremeContrast(Session& s) {
@@ -149,7 +149,7 @@ void ReplaceAtPointer(Session& s, double X, double Y) {
   if (!b.NewColourSet) {
     s.MsgBox("Choose the new colour first: type its red, green and blue values, then click on the old colour.");
     Form15_Load(s);
-    if (s.ed.hooks.ShowForm) s.ed.hooks.ShowForm(s, "Form15");
+    s.ui().ShowForm(FormId::Form15);
     return;
   }
   ImageStore& img = b.ImageBits;
@@ -195,6 +195,7 @@ void ConvertAtPointer(Session& s, double X, double Y) {
   };
   if (uint8_t* pd = done(px, py); pd && *pd != 0) {
     if (d.OnMap(px + 1, py + 1)) d.HexInfo(px + 1, py + 1, 0) = static_cast<uint8_t>(t);
+    s.MapEdited(HexRect::Hex(px + 1, py + 1));
     setPixel(px, py, tc);
   } else if (colour != tc) {
     b.Busy = true;
@@ -211,13 +212,14 @@ void ConvertAtPointer(Session& s, double X, double Y) {
         if (uint8_t* cell = done(x, y)) *cell = 1;
       }
     b.Busy = false;
-    s.ui().Changed("Label3");
+    s.MapEdited({1, 1, img.w, img.h});
+    s.ui().Changed(Change::Label3);
   }
   PutAll(s, img);
   LoadForm5(s);
   DrawStrategicMap(s);
-  s.ui().Changed("Form5");
-  if (s.ed.hooks.ShowForm) s.ed.hooks.ShowForm(s, "Form5");
+  s.ui().Changed(Change::Form5);
+  s.ui().ShowForm(FormId::Form5);
 }
 
 }  // namespace
@@ -239,7 +241,7 @@ void Form4_Load(Session& s) {
   b.VScroll1 = {0, 0, 0, 1, 10};
   // The menu says what the mode is, also when it was left on before.
   b.mMapEditModeCaption = b.MapEditMode == 1 ? "Map Edit Mode (ON)" : "Map Edit Mode (OFF)";
-  s.ui().Changed("Form4");
+  s.ui().Changed(Change::Form4);
 }
 
 void Form4_Unload(Session& s) {
@@ -256,12 +258,12 @@ void Form4_Unload(Session& s) {
 void FileExit_Click(Session& s) {
   s.pens.FromMapEdit = 0;
   Form4_Unload(s);
-  s.ui().Changed("Form4.Unload");
+  s.ui().Changed(Change::Form4Unload);
 }
 
 void Form4_Activate(Session& s) {
   s.bmp.Frame1Visible = false;
-  s.ui().Changed("Form4");
+  s.ui().Changed(Change::Form4);
 }
 
 void Form4_ScrollRanges(Session& s, int frameW, int frameH) {
@@ -315,8 +317,8 @@ bool LoadBitmapFile(Session& s, const std::string& path, const std::string& name
   b.Picture2Visible = true;
   b.HScroll1.Value = b.VScroll1.Value = 0;
   LoadImageData(s);
-  s.ui().Changed("Form4.Picture2");
-  s.ui().Changed("Form4");
+  s.ui().Changed(Change::Form4Picture2);
+  s.ui().Changed(Change::Form4);
   return true;
 }
 
@@ -391,7 +393,7 @@ void Shrink_Image_Click(Session& s) { ReduceImage(s); }
 
 void mExtremis_Click(Session& s) {
   s.bmp.ExtremeArmed = s.bmp.ExtremeArmed == 0 ? 1 : 0;
-  s.ui().Changed("Form4");
+  s.ui().Changed(Change::Form4);
 }
 
 void Replace_Colour_Click(Session& s) {
@@ -399,27 +401,27 @@ void Replace_Colour_Click(Session& s) {
   s.bmp.ReplaceMode = -1;
   LoadImageData(s);
   Form15_Load(s);
-  if (s.ed.hooks.ShowForm) s.ed.hooks.ShowForm(s, "Form15");
+  s.ui().ShowForm(FormId::Form15);
 }
 
 void mMapEditMode_Click(Session& s) {
   BitmapUtilState& b = s.bmp;
   b.MapEditMode = b.MapEditMode == 0 ? 1 : 0;
   b.mMapEditModeCaption = b.MapEditMode == 1 ? "Map Edit Mode (ON)" : "Map Edit Mode (OFF)";
-  s.ui().Changed("Form4");
+  s.ui().Changed(Change::Form4);
 }
 
 void ChangeCRV_Click(Session& s) {
   const int v = s.pens.ColourCRV;
   s.bmp.Text1 = (v < 0 ? "" : " ") + std::to_string(v);
   s.bmp.Frame1Visible = true;
-  s.ui().Changed("Form4");
+  s.ui().Changed(Change::Form4);
 }
 
 void Form4_Label1_Click(Session& s) {
   s.pens.ColourCRV = ClampI16(RoundInt(Val(s.bmp.Text1)));
   s.bmp.Frame1Visible = false;
-  s.ui().Changed("Form4");
+  s.ui().Changed(Change::Form4);
 }
 
 void Form4_Form_KeyDown(Session& s, int keyCode, int shift) {
@@ -468,7 +470,7 @@ void Form4_Picture2_MouseDown(Session& s, int button, int, double X, double Y) {
       GoToHex(s, col, row);
       YellowHex(s, p.CurHexX, p.CurHexY);
     }
-    s.ui().Changed("Form1");
+    s.ui().Changed(Change::Form1);
   }
   if (b.ExtremeArmed == 1) {
     b.ExtremeArmed = 0;
@@ -482,7 +484,7 @@ void Form4_Picture2_MouseDown(Session& s, int button, int, double X, double Y) {
   if (p.FromMapEdit == -1) ConvertAtPointer(s, X, Y);
   RedrawBuffers(s);
   YellowHex(s, p.CurHexX, p.CurHexY);
-  s.ui().Changed("Form1");
+  s.ui().Changed(Change::Form1);
 }
 
 // ---- Form15 ------------------------------------------------------------------
@@ -492,7 +494,7 @@ void Form15_Load(Session& s) {
   f.Loaded = true;
   for (std::string& t : f.Text1) t.clear();
   f.Frame1Colour = 0xC0C0C0;
-  s.ui().Changed("Form15");
+  s.ui().Changed(Change::Form15);
 }
 
 void Form15_Text1_Change(Session& s, int index) {
@@ -502,13 +504,13 @@ void Form15_Text1_Change(Session& s, int index) {
     b.NewColour[i] = static_cast<uint8_t>(std::clamp(RoundInt(Val(b.f15.Text1[i])), 0, 255));
   b.NewColourSet = true;
   b.f15.Frame1Colour = RGB(b.NewColour[0], b.NewColour[1], b.NewColour[2]);
-  s.ui().Changed("Form15");
+  s.ui().Changed(Change::Form15);
 }
 
 void Form15_Command1_Click(Session& s) {
   s.MsgBox("Click on old colour to replace with new colour.");
   s.bmp.f15.Loaded = false;
-  s.ui().Changed("Form15");
+  s.ui().Changed(Change::Form15);
 }
 
 }  // namespace kv

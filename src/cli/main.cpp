@@ -11,6 +11,7 @@ namespace {
 
 const char* kUsage =
     "usage: korvane-map [--app DIR] [--screen WxH] COMMAND ARGS...\n"
+    "       korvane-map --help | --version\n"
     "commands:\n"
     "  info MAP        size, format, nation set, objectives, owned and named hexes\n"
     "  import SET OUT.map\n"
@@ -19,9 +20,19 @@ const char* kUsage =
     "  check MAP       verify the hex data, then list every road and control fault (status 1 if any)\n"
     "  landmass MAP    number the separate land and water bodies, then save\n"
     "  ai MAP          build the AI tables (the .ai file beside the map), then save\n"
-    "  render MAP OUT [--x X --y Y --w W --h H]\n"
-    "                  columns X..X+W and rows Y..Y+H as a picture (.bmp or .png); default the whole map\n"
-    "  jumpmap MAP OUT the jump map picture (.bmp or .png)\n";
+    "  render MAP OUT [--x X --y Y --w W --h H] [PICTURE OPTIONS]\n"
+    "                  columns X..X+W and rows Y..Y+H as a picture (.bmp or .png); default the whole map;\n"
+    "                  a PNG is drawn and written in strips, of any size; a BMP is at most 32767 a side\n"
+    "  jumpmap MAP OUT [PICTURE OPTIONS]\n"
+    "                  the jump map picture (.bmp or .png)\n"
+    "picture options:\n"
+    "  --compression fast|default|best\n"
+    "                  PNG compression: fast (the default) is the quickest, best the smallest\n"
+    "  --threads N     compress a PNG on N threads (default: one per core)\n"
+    "  --quiet         no progress line (otherwise shown on standard error for a picture\n"
+    "                  that takes more than a second)\n";
+
+const char* kTryHelp = "Try 'korvane-map --help' for more information.\n";
 
 struct Command {
   const char* name;
@@ -70,8 +81,14 @@ int main(int argc, char** argv) {
     } else if (a == "--help" || a == "-h") {
       std::fputs(kUsage, stdout);
       return 0;
+    } else if (a == "--version") {
+      std::printf("korvane-map %s\n", KV_VERSION);
+      return 0;
+    } else if (a == "--app" || a == "--screen") {
+      std::fprintf(stderr, "korvane-map: option %s needs a value\n%s", a.c_str(), kTryHelp);
+      return 2;
     } else if (!a.empty() && a[0] == '-') {
-      std::fprintf(stderr, "korvane-map: unknown option %s\n%s", a.c_str(), kUsage);
+      std::fprintf(stderr, "korvane-map: unknown option %s\n%s", a.c_str(), kTryHelp);
       return 2;
     } else {
       break;
@@ -91,6 +108,6 @@ int main(int argc, char** argv) {
     }
     return c.run(o);
   }
-  std::fprintf(stderr, "korvane-map: unknown command %s\n%s", name.c_str(), kUsage);
+  std::fprintf(stderr, "korvane-map: unknown command %s\n%s", name.c_str(), kTryHelp);
   return 2;
 }

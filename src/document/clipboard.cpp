@@ -70,6 +70,7 @@ void mPaste_Click(Session& s) {
       s.MsgBox("The clipboard file " + path + " is damaged: its block does not fit its length.");
       return;
     }
+    s.MapEdited({p.CurHexX, p.CurHexY, p.CurHexX + Get16(b, 0), p.CurHexY + Get16(b, 2)});
   } else {
     const int dx = p.CurHexX - p.SelX1, dy = p.CurHexY - p.SelY1;
     // Element by element in the block's order: a target that overlaps its
@@ -77,6 +78,7 @@ void mPaste_Click(Session& s) {
     for (int x = p.SelX1; x <= p.SelX2; ++x)
       for (int y = p.SelY1; y <= p.SelY2; ++y)
         if (d.OnMap(x, y) && d.OnMap(x + dx, y + dy)) d.HexTile(x + dx, y + dy) = d.HexTile(x, y);
+    s.MapEdited({p.SelX1 + dx, p.SelY1 + dy, p.SelX2 + dx, p.SelY2 + dy});
   }
   RedrawBuffers(s);
 }

@@ -43,14 +43,18 @@ void Document::TakePlanes(Document&& m) {
 void BuildObjList(Session& s) {
   Document& d = s.doc;
   int count = 0;
+  HexRect cleared;
   for (int x = 0; x <= d.MapMaxX; ++x)
     for (int y = 0; y <= d.MapMaxY; ++y)
       if (d.HexCtl(x, y, 1) != 0) {
-        if (d.HexCtl(x, y, 0) != 0)
+        if (d.HexCtl(x, y, 0) != 0) {
           ++count;
-        else
+        } else {
           d.HexCtl(x, y, 1) = 0;
+          cleared = cleared.United(HexRect::Hex(x, y));
+        }
       }
+  if (!cleared.Empty()) s.MapEdited(cleared);
   // ObjCount is a 16-bit count: a map with more objective hexes keeps the
   // first 32767 in column order.
   if (count > 32767) count = 32767;
@@ -83,12 +87,14 @@ void RetypeHexes(Session& s) {
   Document& d = s.doc;
   for (int x = 0; x <= d.MapMaxX; ++x)
     for (int y = 0; y <= d.MapMaxY; ++y) d.HexInfo(x, y, 0) = s.ref.TypeOf(d.HexTile(x, y));
+  s.MapEdited();
 }
 
 void AfterDocumentReplaced(Session& s) {
+  s.MapReplaced();
   FillHexPixel(s);
   s.forms.Form5Loaded = false;
-  s.ui().UnloadForm("Form5");
+  s.ui().UnloadForm(FormId::Form5);
 }
 
 void NewMap(Session& s) {

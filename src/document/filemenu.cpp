@@ -71,6 +71,7 @@ void LoadNationSetFromDialog(Session& s, const std::string& name) {
   if (s.MsgBox("This will erase all control flags. Continue ?", vbYesNoDefaultNo) == vbYes) {
     Document& d = s.doc;
     d.HexCtl.Allocate(d.W(), d.H(), 2);
+    s.MapEdited();
     if (name == "nations.txt") {
       // The set is the folder above the one that holds the list.
       std::filesystem::path dir(g.Dir1Path);
@@ -78,7 +79,7 @@ void LoadNationSetFromDialog(Session& s, const std::string& name) {
       const std::string set = dir.parent_path().filename().string();
       if (SwitchNationSet(s, set)) {
         s.forms.Form3Loaded = false;
-        s.ui().UnloadForm("Form3");
+        s.ui().UnloadForm(FormId::Form3);
         BuildFlagBanks(s);
       }
     }
@@ -114,7 +115,7 @@ void menu_file_new_Click(Session& s) {
     f.Text1 = "32";
     f.Text2 = "32";
   }
-  s.ui().Changed("Form6.Show");
+  s.ui().ShowForm(FormId::Form6);
 }
 
 bool Form6_Command2_Click(Session& s) {
@@ -138,7 +139,7 @@ bool Form6_Command2_Click(Session& s) {
 
 void Form6_Command1_Click(Session& s) {
   s.ed.f6.Loaded = false;
-  s.ui().UnloadForm("Form6");
+  s.ui().UnloadForm(FormId::Form6);
 }
 
 void LoadSave_Show(Session& s, int mode, const std::string& ext) {
@@ -148,7 +149,7 @@ void LoadSave_Show(Session& s, int mode, const std::string& ext) {
   LoadDialog(s);
   g.Visible = true;
   LoadSave_Form_Activate(s);
-  s.ui().Changed("LoadSave.Show");
+  s.ui().ShowForm(FormId::LoadSave);
 }
 
 void menu_file_open_Click(Session& s) { LoadSave_Show(s, 1, ".map"); }
@@ -169,27 +170,27 @@ void LoadSave_Form_Activate(Session& s) {
   g.SaveEnabled = g.DlgMode == 3;
   if (g.DlgMode == 3) g.Text1 = s.doc.MapFile;
   FillList(s);
-  s.ui().Changed("LoadSave");
+  s.ui().Changed(Change::LoadSave);
 }
 
 void LoadSave_Dir1_Change(Session& s) {
   DialogState& g = s.ed.dlg;
   g.DlgDir = g.Dir1Path;
   FillList(s);
-  s.ui().Changed("LoadSave");
+  s.ui().Changed(Change::LoadSave);
 }
 
 void LoadSave_List1_Click(Session& s) {
   DialogState& g = s.ed.dlg;
   if (g.List1Index >= 0 && g.List1Index < static_cast<int>(g.List1.size())) g.Text1 = g.List1[g.List1Index];
-  s.ui().Changed("LoadSave");
+  s.ui().Changed(Change::LoadSave);
 }
 
 void LoadSave_Command1_Click(Session& s) {
   DialogState& g = s.ed.dlg;
   Document& d = s.doc;
   g.Visible = false;
-  s.ui().Changed("LoadSave.Hide");
+  s.ui().Changed(Change::LoadSaveHide);
   const std::string name = g.Text1;
   const std::string previousFile = g.DlgFile;
   g.DlgFile = JoinPath(g.Dir1Path, name);
@@ -242,7 +243,7 @@ void LoadSave_Unload(Session& s) {
   if (!g.Loaded) return;
   g.Loaded = false;
   g.Visible = false;
-  s.ui().UnloadForm("LoadSave");
+  s.ui().UnloadForm(FormId::LoadSave);
 }
 
 }  // namespace kv

@@ -31,8 +31,8 @@ void ViewAfterLoad(Session& s, int origin) {
   // A map smaller than the view leaves a bar's maximum as it was.
   if (s.doc.MapMaxX > v.ViewCols) v.HScroll1.Max = s.doc.MapMaxX - v.ViewCols;
   if (s.doc.MapMaxY > v.ViewRows) v.VScroll1.Max = s.doc.MapMaxY - v.ViewRows;
-  s.ui().Changed("HScroll1");
-  s.ui().Changed("VScroll1");
+  s.ui().Changed(Change::HScroll1);
+  s.ui().Changed(Change::VScroll1);
 }
 
 struct PointerGuard {
@@ -64,12 +64,13 @@ bool LoadMap(Session& s) {
     // The older format: no elevations, no nation set, view from (1, 1).
     d.MapFile = path;
     TakeMap(d, std::move(m.doc));
+    s.MapReplaced();
     FillHexPixel(s);
     ViewAfterLoad(s, 1);
     RedrawBuffers(s);
     BuildObjList(s);
     s.forms.Form5Loaded = false;
-    s.ui().UnloadForm("Form5");
+    s.ui().UnloadForm(FormId::Form5);
     LoadForm5(s);  // drawn again at once
     return true;
   }
@@ -82,12 +83,13 @@ bool LoadMap(Session& s) {
     if (in.open(lev, nullptr)) ReadLevFile(in, m.doc.HexElev);
   }
   TakeMap(d, std::move(m.doc));
+  s.MapReplaced();
   FillHexPixel(s);
   ViewAfterLoad(s, 0);
   std::string set = m.nationSet.empty() ? d.NationSet : m.nationSet;
   if (set != d.NationSet) {
     s.forms.Form3Loaded = false;
-    s.ui().UnloadForm("Form3");
+    s.ui().UnloadForm(FormId::Form3);
     // A set that cannot be read leaves the one in use (and says so).
     if (SwitchNationSet(s, set)) BuildFlagBanks(s);
   }
@@ -95,7 +97,7 @@ bool LoadMap(Session& s) {
   if (m.version <= 544) BuildObjList(s);
   BuildOwnerMap(s);
   s.forms.Form5Loaded = false;
-  s.ui().UnloadForm("Form5");
+  s.ui().UnloadForm(FormId::Form5);
   return true;
 }
 
@@ -179,6 +181,7 @@ bool RestoreSnapshot(Session& s) {
   d.HexLandMass = std::move(m.HexLandMass);
   d.ObjCount = m.ObjCount;
   d.ObjList = std::move(m.ObjList);
+  s.MapEdited();
   RedrawBuffers(s);
   return true;
 }

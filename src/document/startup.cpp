@@ -56,6 +56,7 @@ bool StartupData(Session& s) {
       d.HexTile(x, y) = p.CurTile;
       d.HexElev(x, y) = 127;
     }
+  s.MapReplaced();
   FillHexPixel(s);
   return true;
 }

@@ -14,9 +14,7 @@ namespace kv {
 
 namespace {
 
-void ShowForm(Session& s, const char* form) {
-  if (s.ed.hooks.ShowForm) s.ed.hooks.ShowForm(s, form);
-}
+void ShowForm(Session& s, FormId form) { s.ui().ShowForm(form); }
 
 // CInt(Val(text)), kept within 16 bits.
 int16_t IntOfText(const std::string& text) {
@@ -86,9 +84,9 @@ void Control_List2_Click(Session& s, int listIndex) {
 
 void Control_KeyDown(Session& s, int keyCode, int /*shift*/) {
   switch (keyCode) {
-    case key::F1: ShowForm(s, "Form5"); break;
-    case key::F2: ShowForm(s, "Form2"); break;
-    case key::F3: ShowForm(s, "Form3"); break;
+    case key::F1: ShowForm(s, FormId::Form5); break;
+    case key::F2: ShowForm(s, FormId::Form2); break;
+    case key::F3: ShowForm(s, FormId::Form3); break;
     default: break;
   }
 }
@@ -97,7 +95,7 @@ void HexControlOn_Click(Session& s) {
   s.ed.f1.HexControlOnChecked = true;
   s.ed.f1.HexControlOFFChecked = false;
   s.pens.CtlMode = 2;
-  ShowForm(s, "Form3");
+  ShowForm(s, FormId::Form3);
   RedrawBuffers(s);
 }
 
@@ -113,6 +111,7 @@ void mOriginalOwner_Click(Session& s) {
   Document& d = s.doc;
   for (int x = 0; x <= d.MapMaxX; ++x)
     for (int y = 0; y <= d.MapMaxY; ++y) d.HexOrigOwner(x, y) = d.HexCtl(x, y, 0);
+  s.MapEdited();
   BuildObjList(s);
 }
 
@@ -130,8 +129,8 @@ void mGrid_Click(Session& s) {
   s.ed.f1.mGridChecked = p.GridOn != 0;
 }
 
-void mGridSet_Click(Session& s) { ShowForm(s, "Form10"); }
-void helpscreen_Click(Session& s) { ShowForm(s, "Form8"); }
+void mGridSet_Click(Session& s) { ShowForm(s, FormId::Form10); }
+void helpscreen_Click(Session& s) { ShowForm(s, FormId::Form8); }
 
 void Grid_Load(Session& s) {
   GridFormState& f = s.ed.f10;
@@ -150,7 +149,7 @@ bool Grid_Command1_Click(Session& s) {
   s.pens.GridX = gx;
   s.pens.GridY = gy;
   f.Loaded = false;
-  s.ui().UnloadForm("Form10");
+  s.ui().UnloadForm(FormId::Form10);
   return true;
 }
 
@@ -158,7 +157,7 @@ void Grid_Command2_Click(Session& s) {
   s.pens.GridOn = 0;
   s.ed.f1.mGridChecked = false;
   s.ed.f10.Loaded = false;
-  s.ui().UnloadForm("Form10");
+  s.ui().UnloadForm(FormId::Form10);
 }
 
 std::string HelpText() {

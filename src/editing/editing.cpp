@@ -28,7 +28,7 @@ void SetSides(Document& d, int x, int y, uint8_t v) {
 }
 
 // Tells the form that a control's text or state changed.
-void Changed(Session& s, const char* what) { s.ui().Changed(what); }
+void Changed(Session& s, Change what) { s.ui().Changed(what); }
 
 // Rounds a pixel position the window system gives in fractions.
 int RoundPixel(double v) {
@@ -55,7 +55,7 @@ std::string TerrainNameOf(const Session& s, int t) {
 
 void SetCommand2(Session& s, const char* caption) {
   s.ed.f1.Command2Caption = caption;
-  Changed(s, "Command2");
+  Changed(s, Change::Command2);
 }
 
 // The hex under a point of Picture1.
@@ -76,6 +76,7 @@ void SetHex(Session& s, int16_t x, int16_t y) {
   if (p.ElevMode == -1) {
     RedrawBuffers(s);  // shows the hexes of the pen's elevation before this one joins them
     d.HexElev(x, y) = static_cast<uint8_t>(std::clamp(p.ElevValue + 127, 0, 255));
+    s.MapEdited(HexRect::Hex(x, y));
     BlueHex(s, x, y);
     return;
   }
@@ -146,6 +147,7 @@ void SetHex(Session& s, int16_t x, int16_t y) {
     default:
       break;
   }
+  s.MapEdited(HexRect::Hex(x, y));
 }
 
 void ExtendSelection(Session& s, int16_t cx, int16_t cy) {
@@ -168,7 +170,7 @@ void Picture1_MouseDown(Session& s, int button, int /*shift*/, double X, double 
   if (s.ed.hooks.ClearTilePickerDrawing) s.ed.hooks.ClearTilePickerDrawing(s);
   HexAt(s, X, Y, p.CurHexX, p.CurHexY);
   s.ed.f1.Text2 = GetHexName(s, p.CurHexX, p.CurHexY);
-  Changed(s, "Text2");
+  Changed(s, Change::Text2);
   // The shift state that counts is the one of the last key event.
   if (button == 1 && p.ShiftKey == 1) {
     ExtendSelection(s, p.CurHexX, p.CurHexY);
@@ -195,14 +197,14 @@ void Picture1_MouseDown(Session& s, int button, int /*shift*/, double X, double 
     p.RandomMode = 0;
     s.ed.f1.mRandomCaption = "Random Tiles OFF";
     s.ed.f1.mRandomChecked = false;
-    Changed(s, "mRandom");
+    Changed(s, Change::mRandom);
     p.SelX1 = p.SelX2 = p.SelY1 = p.SelY2 = 0;
     RedrawBuffers(s);
   }
   RedrawHex(s, p.CurHexX, p.CurHexY);
-  Changed(s, "Picture1");
+  Changed(s, Change::Picture1);
   s.ed.f1.Text4 = std::to_string(static_cast<int>(d.HexElev(p.CurHexX, p.CurHexY)) - 127);
-  Changed(s, "Text4");
+  Changed(s, Change::Text4);
 }
 
 std::string HexStatusText(Session& s, int16_t x, int16_t y) {
@@ -237,7 +239,7 @@ void Picture1_MouseMove(Session& s, int, int, double X, double Y) {
   HexAt(s, X, Y, x, y);
   const std::string text = HexStatusText(s, x, y);
   s.ed.f1.Text1 = text;
-  Changed(s, "Text1");
+  Changed(s, Change::Text1);
   s.SetLabel3(text);
 }
 
@@ -245,7 +247,7 @@ void Picture2_MouseDown(Session& s, int, int, double X, double) {
   Pens& p = s.pens;
   p.ClearSides = 0;
   s.ed.f1.Command5Caption = "Clear Sides Off";
-  Changed(s, "Command5");
+  Changed(s, Change::Command5);
   p.CtlMode = 0;
   p.SideEdit = 2;
   RedrawBuffers(s);
@@ -273,21 +275,20 @@ namespace {
 void PenToCurrentHex(Session& s) {
   Pens& p = s.pens;
   s.doc.HexTile(p.CurHexX, p.CurHexY) = p.CurTile;
+  s.MapEdited(HexRect::Hex(p.CurHexX, p.CurHexY));
   RedrawHex(s, p.CurHexX, p.CurHexY);
-  Changed(s, "Picture1");
+  Changed(s, Change::Picture1);
   s.SetLabel3("Tile " + std::to_string(p.CurTile));
 }
 
 void ArrowKey(Session& s, Bar bar, int step) {
-  Changed(s, "Picture1.SetFocus");
+  Changed(s, Change::Picture1SetFocus);
   const ScrollBarModel& b = bar == Bar::H ? s.view.HScroll1 : s.view.VScroll1;
   if (step < 0 && b.Value > b.Min) SetScrollValue(s, bar, b.Value - 1);
   if (step > 0 && b.Value < b.Max) SetScrollValue(s, bar, b.Value + 1);
 }
 
-void ShowForm(Session& s, const char* form) {
-  if (s.ed.hooks.ShowForm) s.ed.hooks.ShowForm(s, form);
-}
+void ShowForm(Session& s, FormId form) { s.ui().ShowForm(form); }
 
 }  // namespace
 
@@ -296,9 +297,9 @@ void Form_KeyDown(Session& s, int keyCode, int shift) {
   Document& d = s.doc;
   p.ShiftKey = static_cast<int16_t>(shift);
   switch (keyCode) {
-    case key::F1: ShowForm(s, "Form5"); break;
-    case key::F2: ShowForm(s, "Form2"); break;
-    case key::F3: ShowForm(s, "Form3"); break;
+    case key::F1: ShowForm(s, FormId::Form5); break;
+    case key::F2: ShowForm(s, FormId::Form2); break;
+    case key::F3: ShowForm(s, FormId::Form3); break;
     case key::F4:
       p.HighlightTile = p.HighlightTile == -1 ? p.CurTile : int16_t{-1};
       RedrawBuffers(s);
@@ -331,8 +332,9 @@ void Form_KeyDown(Session& s, int keyCode, int shift) {
       for (int x = 0; x <= d.MapMaxX; ++x)
         for (int y = 0; y <= d.MapMaxY; ++y)
           if (d.HexInfo(x, y, 0) == 6) d.HexOrigOwner(x, y) = d.HexCtl(x, y, 0);
+      s.MapEdited();
       break;
-    case key::Slash: ShowForm(s, "Form8"); break;
+    case key::Slash: ShowForm(s, FormId::Form8); break;
     default: break;  // H and every other key: nothing
   }
   if (s.ed.hooks.DrawJumpBox) s.ed.hooks.DrawJumpBox(s);
@@ -352,6 +354,7 @@ void Command1_Click(Session& s) {
       d.HexInfo(x, y, 0) = s.ref.TypeOf(p.CurTile);
       d.HexTile(x, y) = p.CurTile;
     }
+  s.MapEdited({v.ViewX, v.ViewY, x2, y2});
   RedrawBuffers(s);
 }
 
@@ -367,7 +370,7 @@ void Command5_Click(Session& s) {
   Pens& p = s.pens;
   p.ClearSides = static_cast<int16_t>(~p.ClearSides);
   s.ed.f1.Command5Caption = p.ClearSides ? "Clear Sides ON" : "Clear Sides Off";
-  Changed(s, "Command5");
+  Changed(s, Change::Command5);
 }
 
 void Command6_Click(Session& s) {
@@ -375,7 +378,7 @@ void Command6_Click(Session& s) {
   p.CtlMode = p.CtlMode == 1 ? 0 : 1;
   RedrawBuffers(s);
   s.ed.f1.Command6Caption = p.CtlMode == 1 ? "Deployment Mode On" : "Deployment Mode Off";
-  Changed(s, "Command6");
+  Changed(s, Change::Command6);
 }
 
 void Command7_Click(Session& s) { SetHexName(s, s.pens.CurHexX, s.pens.CurHexY, ""); }
@@ -389,7 +392,7 @@ void Command8_Click(Session& s) {
   const int x = CIntBox(static_cast<double>(a) / d), y = CIntBox(static_cast<double>(b) / d);
   f.Text3[0] = std::to_string(x);
   f.Text3[1] = std::to_string(y);
-  Changed(s, "Text3");
+  Changed(s, Change::Text3);
   const int sx = std::max(x - v.ViewCols / 2, 0), sy = std::max(y - v.ViewRows / 2, 0);
   if (0 < sx && sx < v.HScroll1.Max) SetScrollValue(s, Bar::H, sx);
   if (0 < sy && sy < v.VScroll1.Max) SetScrollValue(s, Bar::V, sy);
@@ -402,10 +405,10 @@ void Command9_Click(Session& s) {
   const double e = std::clamp(RoundHalfEven(Val(f.Text4)), -100.0, 100.0);
   p.ElevValue = static_cast<int16_t>(e);
   f.Text4 = std::to_string(p.ElevValue);
-  Changed(s, "Text4");
+  Changed(s, Change::Text4);
   p.AutoTile = 0;
   f.Command9Caption = p.ElevMode ? "Set Elev ON" : "Set Elev OFF";
-  Changed(s, "Command9");
+  Changed(s, Change::Command9);
 }
 
 void Label1_Click(Session& s) {
@@ -414,7 +417,7 @@ void Label1_Click(Session& s) {
   s.pens.CurSideKind = 1;
   f.Label1Bold = true;
   f.Label2Bold = false;
-  Changed(s, "Picture2");
+  Changed(s, Change::Picture2);
 }
 
 void Label2_Click(Session& s) {
@@ -423,12 +426,12 @@ void Label2_Click(Session& s) {
   s.pens.CurSideKind = 2;
   f.Label2Bold = true;
   f.Label1Bold = false;
-  Changed(s, "Picture2");
+  Changed(s, Change::Picture2);
 }
 
 void Label4_MouseMove(Session& s) {
   s.ed.f1.Label4Bold = true;
-  Changed(s, "Label4");
+  Changed(s, Change::Label4);
 }
 
 void Text2_GotFocus(Session& s) { s.ed.f1.KeyPreview = false; }
@@ -439,7 +442,7 @@ void mHexSides_Click(Session& s) {
   p.HexOutlines = static_cast<int16_t>(~p.HexOutlines);
   s.ed.f1.mHexSidesChecked = p.HexOutlines != 0;
   s.ed.f1.mHexSidesCaption = p.HexOutlines ? "Hex Outlines ON" : "Hex Outlines OFF";
-  Changed(s, "mHexSides");
+  Changed(s, Change::mHexSides);
   RedrawBuffers(s);
 }
 
@@ -447,7 +450,7 @@ void mShowRoadControl_Click(Session& s) {
   Pens& p = s.pens;
   p.ShowRoadControl = static_cast<int16_t>(~p.ShowRoadControl);
   s.ed.f1.mShowRoadControlCaption = std::string("Show Road Control = ") + (p.ShowRoadControl ? "True" : "False");
-  Changed(s, "mShowRoadControl");
+  Changed(s, Change::mShowRoadControl);
   RedrawBuffers(s);
 }
 
@@ -455,7 +458,7 @@ void mDefaultArea_Click(Session& s) {
   Pens& p = s.pens;
   p.DefaultAreaAll = static_cast<int16_t>(~p.DefaultAreaAll);
   s.ed.f1.mDefaultAreaCaption = p.DefaultAreaAll ? "Default Area (Entire Map)" : "Default Area (Screen Only)";
-  Changed(s, "mDefaultArea");
+  Changed(s, Change::mDefaultArea);
 }
 
 void mRandom_Click(Session& s) {
@@ -463,7 +466,7 @@ void mRandom_Click(Session& s) {
   p.RandomMode = static_cast<int16_t>(~p.RandomMode);
   s.ed.f1.mRandomChecked = p.RandomMode != 0;
   s.ed.f1.mRandomCaption = p.RandomMode ? "Random Tiles ON" : "Random Tiles OFF";
-  Changed(s, "mRandom");
+  Changed(s, Change::mRandom);
 }
 
 void Form1StartupControls(Session& s) {
@@ -478,7 +481,7 @@ void Form1StartupControls(Session& s) {
   f.Text4 = "0";
   f.Command9Caption = "Set Elev OFF";
   f.KeyPreview = true;
-  Changed(s, "Form1");
+  Changed(s, Change::Form1);
 }
 
 }  // namespace kv

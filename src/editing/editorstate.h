@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "editing/formstate.h"
+#include "platform/events.h"
 
 namespace kv {
 
@@ -66,12 +67,8 @@ struct EditorHooks {
   std::function<void(Session&, int16_t, int16_t)> AreaHex;       // control form's area painting
   std::function<void(Session&, int16_t, int16_t)> LoadAITable;   // objective path view
   std::function<void(Session&)> ClearTilePickerDrawing;
-  // "Form2", "Form3", "Form5", "Form8", "Form9", "Form10", "Form12", and the
-  // tile data screens "Form11", "Form13", "Form14".
-  std::function<void(Session&, const std::string&)> ShowForm;
-  // An open tile data screen ("Form11", "Form13", "Form14") shows the data of
-  // the new pen.
-  std::function<void(Session&, const std::string&)> TileDataGetStuff;
+  // An open tile data screen (Form11, Form13, Form14) shows the data of the new pen.
+  std::function<void(Session&, FormId)> TileDataGetStuff;
 };
 
 struct EditorState {

@@ -14,12 +14,10 @@ namespace {
 
 int Whole(double v) { return static_cast<int>(RoundHalfEven(v)); }
 
-void ShowForm(Session& s, const char* form) {
-  if (s.ed.hooks.ShowForm) s.ed.hooks.ShowForm(s, form);
-}
+void ShowForm(Session& s, FormId form) { s.ui().ShowForm(form); }
 
 // F2 to F4 and a left click: each flag follows its screen.
-void ToggleScreen(Session& s, uint8_t& flag, const char* form) {
+void ToggleScreen(Session& s, uint8_t& flag, FormId form) {
   if (flag == 0) {
     flag = 1;
     ShowForm(s, form);
@@ -28,12 +26,12 @@ void ToggleScreen(Session& s, uint8_t& flag, const char* form) {
   }
 }
 
-void OpenScreen(Session& s, uint8_t& flag, const char* form) {
+void OpenScreen(Session& s, uint8_t& flag, FormId form) {
   flag = 1;
   ShowForm(s, form);
 }
 
-void FollowPen(Session& s, uint8_t flag, const char* form) {
+void FollowPen(Session& s, uint8_t flag, FormId form) {
   if (flag != 1) return;
   if (s.ed.hooks.TileDataGetStuff) s.ed.hooks.TileDataGetStuff(s, form);
   ShowForm(s, form);
@@ -63,16 +61,16 @@ bool TilePicker_MouseDown(Session& s, int button, int /*shift*/, double X, doubl
     p.SideEdit = 0;
     p.AutoTile = 0;
     s.ed.f1.Command2Caption = "Auto-Tile Off";
-    s.ui().Changed("Command2");
+    s.ui().Changed(Change::Command2);
     s.ed.f1.mRandomCaption = "Random Tiles OFF";
     s.ed.f1.mRandomChecked = false;
     p.RandomMode = 0;
-    s.ui().Changed("mRandom");
+    s.ui().Changed(Change::mRandom);
     p.CtlMode = 0;
     const TilePickerState& t = s.ed.picker;
-    FollowPen(s, t.RoadFormOpen, "Form11");
-    FollowPen(s, t.PatternFormOpen, "Form13");
-    FollowPen(s, t.TerrainFormOpen, "Form14");
+    FollowPen(s, t.RoadFormOpen, FormId::Form11);
+    FollowPen(s, t.PatternFormOpen, FormId::Form13);
+    FollowPen(s, t.TerrainFormOpen, FormId::Form14);
     return false;
   }
   return button == 2;
@@ -87,17 +85,17 @@ void TilePicker_MouseMove(Session& s, int /*button*/, int /*shift*/, double X, d
 void TilePicker_KeyDown(Session& s, int keyCode, int /*shift*/) {
   TilePickerState& t = s.ed.picker;
   switch (keyCode) {
-    case key::F1: ShowForm(s, "Form12"); break;
-    case key::F2: ToggleScreen(s, t.TerrainFormOpen, "Form14"); break;
-    case key::F3: ToggleScreen(s, t.RoadFormOpen, "Form11"); break;
-    case key::F4: ToggleScreen(s, t.PatternFormOpen, "Form13"); break;
+    case key::F1: ShowForm(s, FormId::Form12); break;
+    case key::F2: ToggleScreen(s, t.TerrainFormOpen, FormId::Form14); break;
+    case key::F3: ToggleScreen(s, t.RoadFormOpen, FormId::Form11); break;
+    case key::F4: ToggleScreen(s, t.PatternFormOpen, FormId::Form13); break;
     default: break;
   }
 }
 
-void TilePicker_mTerrain_Click(Session& s) { OpenScreen(s, s.ed.picker.TerrainFormOpen, "Form14"); }
-void TilePicker_mRoads_Click(Session& s) { OpenScreen(s, s.ed.picker.RoadFormOpen, "Form11"); }
-void TilePicker_mPatterns_Click(Session& s) { OpenScreen(s, s.ed.picker.PatternFormOpen, "Form13"); }
+void TilePicker_mTerrain_Click(Session& s) { OpenScreen(s, s.ed.picker.TerrainFormOpen, FormId::Form14); }
+void TilePicker_mRoads_Click(Session& s) { OpenScreen(s, s.ed.picker.RoadFormOpen, FormId::Form11); }
+void TilePicker_mPatterns_Click(Session& s) { OpenScreen(s, s.ed.picker.PatternFormOpen, FormId::Form13); }
 
 PickerLayout LayoutTilePicker(const RefData& ref, int scaleW, int scaleH, int barW, int barH, int sheetW,
                               int sheetH) {

@@ -146,17 +146,17 @@ void Place(QWidget* w, const Rect& r) { w->setGeometry(r.Left, r.Top, r.Width, r
 Form1::Form1(std::string appPath, QWidget* parent) : QMainWindow(parent) {
   setObjectName(QStringLiteral("Form1"));
   ui_.parent = this;
-  ui_.onChanged = [this](const std::string& what) { OnChanged(what); };
-  ui_.onUnload = [this](const std::string& form) { OnUnload(form); };
+  ui_.onChanged = [this](Change what) { OnChanged(what); };
+  ui_.onShow = [this](FormId form) { ShowForm(form); };
+  ui_.onUnload = [this](FormId form) { OnUnload(form); };
   session_ = std::make_unique<Session>(std::move(appPath), &ui_);
   EditorHooks& hooks = session_->ed.hooks;
-  hooks.ShowForm = [this](Session&, const std::string& form) { ShowForm(form); };
   hooks.ExportMapImage = [this](Session&) { ExportMapImage(); };
   hooks.DrawJumpBox = [this](Session&) { DrawJumpBox(); };
   // The objective path view: a click on an objective loads its AI table.
   hooks.LoadAITable = [](Session& s, int16_t x, int16_t y) { kv::LoadAITable(s, x, y); };
-  hooks.TileDataGetStuff = [this](Session&, const std::string& form) {
-    if (VbForm* f = FormByName(QString::fromStdString(form)))
+  hooks.TileDataGetStuff = [this](Session&, FormId form) {
+    if (VbForm* f = FormByName(QString::fromLatin1(FormName(form))))
       QMetaObject::invokeMethod(f->formWidget(), "GetStuff", Qt::DirectConnection);
   };
   hooks.ClearTilePickerDrawing = [this](Session&) {
@@ -358,7 +358,7 @@ bool Form1::Form_Load() {
   ShowPicture2();
   SyncControls();
   // The tile picker is shown at start and stays loaded.
-  ShowForm("Form2");
+  ShowForm(FormId::Form2);
   return true;
 }
 
@@ -469,95 +469,140 @@ void Form1::SyncControls() {
   syncing_ = false;
 }
 
-void Form1::OnChanged(const std::string& what) {
-  // The bitmap utility and its colour dialog.
-  if (what.rfind("Form4", 0) == 0) {
-    if (form4_) form4_->OnChanged(what);
-    return;
-  }
-  if (what.rfind("Form15", 0) == 0) {
-    if (form15_) form15_->SyncControls();
-    return;
-  }
-  if (what == "Picture1") {
-    Picture1_->update();
-  } else if (what == "Picture1.SetFocus") {
-    Picture1_->setFocus();
-  } else if (what == "Picture2") {
-    ShowPicture2();
-    SyncControls();
-  } else if (what == "Form6.Show") {
-    auto* f = static_cast<Form6*>(FormByName(QStringLiteral("Form6")));
-    f->SyncControls();
-    // Modal; a script does not wait for it.
-    if (Script().active)
-      f->show();
-    else
-      f->exec();
-  } else if (what == "LoadSave.Show") {
-    auto* d = static_cast<LoadSave*>(FormByName(QStringLiteral("LoadSave")));
-    d->SyncControls();
-    d->show();  // without waiting: the main window stays usable
-    if (!Script().active) d->raise();
-  } else if (what.rfind("LoadSave", 0) == 0) {
-    if (auto* d = static_cast<LoadSave*>(FormByName(QStringLiteral("LoadSave"), false))) {
-      d->SyncControls();
-      if (what == "LoadSave.Hide") d->hide();
-    }
-  } else if (what.rfind("Form5", 0) == 0) {
-    if (form5_) {
-      form5_->Refresh();
-    } else if (session_->forms.Form5Loaded) {
-      // Drawing loaded the jump map: its window follows, hidden.
-      QMetaObject::invokeMethod(this, [this]() {
-        if (loaded_ && !unloaded_ && !form5_ && session_->forms.Form5Loaded) FormByName(QStringLiteral("Form5"));
-      }, Qt::QueuedConnection);
-    }
-  } else if (what.rfind("Form6", 0) == 0) {
-    if (form6_) form6_->SyncControls();
-  } else if (what.rfind("Form11", 0) == 0 || what.rfind("Form13", 0) == 0 || what.rfind("Form14", 0) == 0) {
-    if (VbForm* f = FormByName(QString::fromStdString(what.substr(0, 6)), false)) {
-      f->SyncControls();
-      f->formWidget()->repaint();
-    }
-  } else if (what == "Label3" || what == "MousePointer") {
-    // A pass's progress: shown at once, not when the pass has ended.
-    SyncControls();
-    Label3_->repaint();
-  } else {
-    SyncControls();
+void Form1::OnChanged(Change what) {
+  switch (what) {
+    // The bitmap utility and its colour dialog.
+    case Change::Form4:
+    case Change::Form4Caption:
+    case Change::Form4Picture2:
+    case Change::Form4Picture3:
+    case Change::Form4Unload:
+      if (form4_) form4_->OnChanged(what);
+      return;
+    case Change::Form15:
+      if (form15_) form15_->SyncControls();
+      return;
+    case Change::Picture1:
+      Picture1_->update();
+      return;
+    case Change::Picture1SetFocus:
+      Picture1_->setFocus();
+      return;
+    case Change::Picture2:
+      ShowPicture2();
+      SyncControls();
+      return;
+    case Change::LoadSave:
+    case Change::LoadSaveHide:
+      if (auto* d = static_cast<LoadSave*>(FormByName(QStringLiteral("LoadSave"), false))) {
+        d->SyncControls();
+        if (what == Change::LoadSaveHide) d->hide();
+      }
+      return;
+    case Change::Form5:
+    case Change::Form5Picture2:
+    case Change::Form5Caption:
+      if (form5_) {
+        form5_->Refresh();
+      } else if (session_->forms.Form5Loaded) {
+        // Drawing loaded the jump map: its window follows, hidden.
+        QMetaObject::invokeMethod(this, [this]() {
+          if (loaded_ && !unloaded_ && !form5_ && session_->forms.Form5Loaded) FormByName(QStringLiteral("Form5"));
+        }, Qt::QueuedConnection);
+      }
+      return;
+    case Change::Form11:
+    case Change::Form13:
+    case Change::Form14:
+    case Change::Form14Label1:
+      if (VbForm* f = FormByName(QString::fromLatin1(FormName(FormOf(what))), false)) {
+        f->SyncControls();
+        f->formWidget()->repaint();
+      }
+      return;
+    case Change::Label3:
+    case Change::MousePointer:
+      // A pass's progress: shown at once, not when the pass has ended.
+      SyncControls();
+      Label3_->repaint();
+      return;
+    case Change::Form1:
+    case Change::Form1Caption:
+    case Change::HScroll1:
+    case Change::VScroll1:
+    case Change::Picture2Cls:
+    case Change::Text1:
+    case Change::Text2:
+    case Change::Text3:
+    case Change::Text4:
+    case Change::Label4:
+    case Change::Command2:
+    case Change::Command5:
+    case Change::Command6:
+    case Change::Command9:
+    case Change::mRandom:
+    case Change::mHexSides:
+    case Change::mShowRoadControl:
+    case Change::mDefaultArea:
+      SyncControls();
+      return;
   }
 }
 
-void Form1::OnUnload(const std::string& form) {
-  if (form == "LoadSave" && loadSave_) {
-    loadSave_->hide();
-    loadSave_->deleteLater();
-    loadSave_ = nullptr;
-  } else if (form == "Form3") {
-    if (form3_) form3_->Discard();
-    form3_ = nullptr;
-  } else if (form == "Form5") {
-    // The core has unloaded the jump map already; its window just goes.
-    if (form5_) form5_->Discard();
-    form5_ = nullptr;
-    // The jump map is built again, hidden, once the new document is in place.
-    QMetaObject::invokeMethod(this, [this]() { if (loaded_ && !unloaded_) DrawStrategicMapHidden(); },
-                              Qt::QueuedConnection);
-  } else if (form == "Form9" && form9_) {
-    form9_->hide();
-    form9_->deleteLater();
-    form9_ = nullptr;
-  } else if (form == "Form10" && form10_) {
-    form10_->done(0);
-    form10_->hide();
-    form10_->deleteLater();
-    form10_ = nullptr;
-  } else if (form == "Form6" && form6_) {
-    form6_->done(0);
-    form6_->hide();
-    form6_->deleteLater();
-    form6_ = nullptr;
+void Form1::OnUnload(FormId form) {
+  switch (form) {
+    case FormId::LoadSave:
+      if (loadSave_) {
+        loadSave_->hide();
+        loadSave_->deleteLater();
+        loadSave_ = nullptr;
+      }
+      break;
+    case FormId::Form3:
+      if (form3_) form3_->Discard();
+      form3_ = nullptr;
+      break;
+    case FormId::Form5:
+      // The core has unloaded the jump map already; its window just goes.
+      if (form5_) form5_->Discard();
+      form5_ = nullptr;
+      // The jump map is built again, hidden, once the new document is in place.
+      QMetaObject::invokeMethod(this, [this]() { if (loaded_ && !unloaded_) DrawStrategicMapHidden(); },
+                                Qt::QueuedConnection);
+      break;
+    case FormId::Form9:
+      if (form9_) {
+        form9_->hide();
+        form9_->deleteLater();
+        form9_ = nullptr;
+      }
+      break;
+    case FormId::Form10:
+      if (form10_) {
+        form10_->done(0);
+        form10_->hide();
+        form10_->deleteLater();
+        form10_ = nullptr;
+      }
+      break;
+    case FormId::Form6:
+      if (form6_) {
+        form6_->done(0);
+        form6_->hide();
+        form6_->deleteLater();
+        form6_ = nullptr;
+      }
+      break;
+    case FormId::Form1:
+    case FormId::Form2:
+    case FormId::Form4:
+    case FormId::Form8:
+    case FormId::Form11:
+    case FormId::Form12:
+    case FormId::Form13:
+    case FormId::Form14:
+    case FormId::Form15:
+      break;  // closed by their own windows
   }
 }
 
@@ -690,9 +735,7 @@ void Form1::HScroll1_Change() { kv::HScroll1_Change(*session_); }
 void Form1::VScroll1_Change() { kv::VScroll1_Change(*session_); }
 void Form1::Command1_Click() { kv::Command1_Click(*session_); SyncControls(); }
 void Form1::Command2_Click() { kv::Command2_Click(*session_); SyncControls(); }
-void Form1::Command3_Click() {
-  if (session_->ed.hooks.ShowForm) session_->ed.hooks.ShowForm(*session_, "Form2");
-}
+void Form1::Command3_Click() { ShowForm(FormId::Form2); }
 void Form1::Command4_Click() { kv::Command4_Click(*session_); SyncControls(); }
 void Form1::Command5_Click() { kv::Command5_Click(*session_); SyncControls(); }
 void Form1::Command6_Click() { kv::Command6_Click(*session_); SyncControls(); }
@@ -709,7 +752,7 @@ void Form1::menu_file_open_Click() { kv::menu_file_open_Click(*session_); }
 void Form1::menu_file_save_Click() { kv::menu_file_save_Click(*session_); SyncControls(); }
 void Form1::menu_file_save_as_Click() { kv::menu_file_save_as_Click(*session_); }
 void Form1::openpgset_Click() { kv::openpgset_Click(*session_); }
-void Form1::LoadBitmap_Click() { ShowForm("Form4"); }
+void Form1::LoadBitmap_Click() { ShowForm(FormId::Form4); }
 void Form1::mNewNations_Click() { kv::mNewNations_Click(*session_); }
 void Form1::menu_file_exit_Click() { close(); }
 void Form1::mUndo_Click() { kv::mUndo_Click(*session_); SyncControls(); }
@@ -750,16 +793,22 @@ void Form1::MemoriseRivers_Click() { kv::MemoriseRivers_Click(*session_); SyncCo
 void Form1::mMountains_Click() { kv::mMountains_Click(*session_); SyncControls(); }
 void Form1::mRndWoods_Click() { kv::mRndWoods_Click(*session_); SyncControls(); }
 void Form1::StrategicShow_Click() {
-  ShowForm("Form5");
+  ShowForm(FormId::Form5);
   DrawJumpBox();
 }
 void Form1::StrategicHide_Click() {
   if (form5_) form5_->close();
 }
 
-void Form1::ShowForm(const std::string& name) {
-  const QString n = QString::fromStdString(name);
-  VbForm* form = FormByName(n);
+void Form1::ShowForm(FormId id) {
+  if (id == FormId::LoadSave) {
+    auto* d = static_cast<LoadSave*>(FormByName(QStringLiteral("LoadSave")));
+    d->SyncControls();
+    d->show();  // without waiting: the main window stays usable
+    if (!Script().active) d->raise();
+    return;
+  }
+  VbForm* form = FormByName(QString::fromLatin1(FormName(id)));
   if (!form) return;
   QWidget* w = form->formWidget();
   form->SyncControls();
@@ -786,7 +835,7 @@ void Form1::ExportMapImage() {
     kv::ExportMapImage(*session_);
     SyncControls();
   };
-  ShowForm("Form9");
+  ShowForm(FormId::Form9);
 }
 
 // The jump map exists implicitly: drawing its box loads it, hidden.

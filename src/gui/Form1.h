@@ -135,11 +135,11 @@ class Form1 : public QMainWindow, public VbForm {
   void BuildControls();
   void BuildMenu();
   void ApplyLayout(bool withTail);
-  void OnChanged(const std::string& what);
-  void OnUnload(const std::string& form);
+  void OnChanged(Change what);
+  void OnUnload(FormId form);
   void ShowPicture2();
   // Shows a form by name as the core asks (modal ones without waiting in a script).
-  void ShowForm(const std::string& name);
+  void ShowForm(FormId form);
   void ExportMapImage();
   void DrawJumpBox();
   void DrawStrategicMapHidden();

@@ -65,7 +65,7 @@ void Form10::Command2_Click() {
 // Closing the window leaves everything as it was.
 void Form10::reject() {
   s_.ed.f10.Loaded = false;
-  s_.ui().UnloadForm("Form10");
+  s_.ui().UnloadForm(FormId::Form10);
 }
 
 bool Form10::SetOwnProperty(QObject* ctl, const QString& prop, const QString& value) {

@@ -155,7 +155,7 @@ Form4::Form4(Session& s, QWidget* parent) : QMainWindow(parent, Qt::Window), s_(
   s_.bmp.ServeEvents = [this]() {
     if (sinceServe_.elapsed() < kServeMs) return;
     sinceServe_.restart();
-    s_.ui().Changed("Label3");
+    s_.ui().Changed(Change::Label3);
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
   };
   Form_Load();
@@ -268,24 +268,25 @@ void Form4::PlacePicture3() {
   if (show3) Picture3_->update();
 }
 
-void Form4::OnChanged(const std::string& what) {
-  if (what == "Form4.Unload") {
-    close();
-    return;
+void Form4::OnChanged(Change what) {
+  switch (what) {
+    case Change::Form4Unload:
+      close();
+      return;
+    case Change::Form4Caption:
+      setWindowTitle(Latin1(s_.bmp.Caption));
+      return;
+    case Change::Form4Picture2:
+      dirty_ = QRect();
+      // The bars follow a picture of another size.
+      Form4_ScrollRanges(s_, Picture1_->width() - kPictureBorder, Picture1_->height() - kPictureBorder);
+      SyncControls();
+      Picture2_->update();
+      return;
+    default:
+      SyncControls();
+      return;
   }
-  if (what == "Form4.Caption") {
-    setWindowTitle(Latin1(s_.bmp.Caption));
-    return;
-  }
-  if (what == "Form4.Picture2") {
-    dirty_ = QRect();
-    // The bars follow a picture of another size.
-    Form4_ScrollRanges(s_, Picture1_->width() - kPictureBorder, Picture1_->height() - kPictureBorder);
-    SyncControls();
-    Picture2_->update();
-    return;
-  }
-  SyncControls();
 }
 
 void Form4::FlushColumns(bool force) {

@@ -8,6 +8,7 @@
 #include <QRect>
 
 #include "gui/vbform.h"
+#include "platform/events.h"
 
 class QGroupBox;
 class QLineEdit;
@@ -33,7 +34,7 @@ class Form4 : public QMainWindow, public VbForm {
   bool SetOwnProperty(QObject* ctl, const QString& prop, const QString& value) override;
   bool GetOwnProperty(QObject* ctl, const QString& prop, QString* out) override;
   // A notice of the core: "Form4", "Form4.Caption", "Form4.Picture2", ...
-  void OnChanged(const std::string& what);
+  void OnChanged(Change what);
   // Shows the columns put since the last frame; `force` shows them at once.
   void FlushColumns(bool force);
   // How many times the picture was shown while a pass ran (for measurements).

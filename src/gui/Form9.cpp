@@ -63,7 +63,7 @@ void Form9::Form_Unload() {
     afterUnload = nullptr;
     next();
   }
-  s_.ui().UnloadForm("Form9");
+  s_.ui().UnloadForm(FormId::Form9);
 }
 
 void Form9::done(int r) {

@@ -1,30 +1,67 @@
 // korvane-mapedit: the map editor.
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QIcon>
 #include <QMessageBox>
+#include <cstdio>
+#include <cstring>
 #include <filesystem>
 
 #include "document/fileflow.h"
 #include "gui/Form1.h"
 #include "platform/appfolder.h"
 
+namespace {
+
+const char* kUsage =
+    "usage: korvane-mapedit [--app DIR] [MAP]\n"
+    "       korvane-mapedit --help | --version\n"
+    "The Korvane map editor.\n"
+    "  --app DIR   the program folder (tile sheet, tables, nation sets); without it the\n"
+    "              per-user folder, filled from the installed default data on first run\n"
+    "  MAP         a map to open once the editor has started\n"
+    "  -h, --help  this text\n"
+    "  --version   the version\n"
+    "The window system's options (-platform NAME, -style NAME, ...) are taken as well.\n";
+const char* kTryHelp = "Try 'korvane-mapedit --help' for more information.\n";
+
+}  // namespace
+
 int main(int argc, char** argv) {
+  // Help and version are answered before the window system starts, so that
+  // they work without a display.
+  for (int i = 1; i < argc && std::strcmp(argv[i], "--") != 0; ++i) {
+    if (!std::strcmp(argv[i], "--help") || !std::strcmp(argv[i], "-h")) {
+      std::fputs(kUsage, stdout);
+      return 0;
+    }
+    if (!std::strcmp(argv[i], "--version")) {
+      std::printf("korvane-mapedit %s\n", KV_VERSION);
+      return 0;
+    }
+  }
   QApplication app(argc, argv);
   QApplication::setApplicationName(QStringLiteral("korvane-mapedit"));
+  QApplication::setApplicationVersion(QStringLiteral(KV_VERSION));
+  // The launcher and icon of an installation (the window system takes the
+  // application's icon from there; without one the window has none).
+  QGuiApplication::setDesktopFileName(QStringLiteral("org.korvane.MapEditor"));
+  QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("org.korvane.MapEditor")));
   QCommandLineParser parser;
-  parser.setApplicationDescription(QStringLiteral("Korvane map editor"));
-  parser.addHelpOption();
-  QCommandLineOption appOpt(QStringLiteral("app"), QStringLiteral("Program folder (tile sheet, tables, nation sets)."),
-                            QStringLiteral("DIR"));
+  QCommandLineOption appOpt(QStringLiteral("app"), QString(), QStringLiteral("DIR"));
   parser.addOption(appOpt);
-  parser.addPositionalArgument(QStringLiteral("map"), QStringLiteral("A map to open once the editor has started."),
-                               QStringLiteral("[MAP]"));
-  parser.process(app);
+  if (!parser.parse(QCoreApplication::arguments()) || parser.positionalArguments().size() > 1) {
+    const QString why = parser.positionalArguments().size() > 1 ? QStringLiteral("one map at a time")
+                                                                 : parser.errorText();
+    std::fprintf(stderr, "korvane-mapedit: %s\n%s", why.toLocal8Bit().constData(), kTryHelp);
+    return 2;
+  }
 
   std::string err;
   std::string dir = kv::ResolveAppFolder(parser.value(appOpt).toStdString(),
                                          QCoreApplication::applicationDirPath().toStdString(), &err);
   if (dir.empty()) {
+    std::fprintf(stderr, "korvane-mapedit: %s\n", err.c_str());
     kv::gui::MessageBox(nullptr, err, kv::vbOKOnly);
     return 1;
   }

@@ -27,14 +27,22 @@ ScriptMode& Script();
 class QtUi : public Ui {
  public:
   int MsgBox(const std::string& text, int style) override { return MessageBox(parent, text, style); }
-  void UnloadForm(const std::string& form) override {
+  void ShowForm(FormId form) override {
+    if (onShow) onShow(form);
+  }
+  void UnloadForm(FormId form) override {
     if (onUnload) onUnload(form);
   }
-  void Changed(const std::string& what) override {
+  void Changed(Change what) override {
     if (onChanged) onChanged(what);
   }
+  void MapChanged(const MapChange& change) override {
+    if (onMapChanged) onMapChanged(change);
+  }
   QWidget* parent = nullptr;
-  std::function<void(const std::string&)> onUnload, onChanged;
+  std::function<void(FormId)> onShow, onUnload;
+  std::function<void(Change)> onChanged;
+  std::function<void(const MapChange&)> onMapChanged;
 };
 
 }  // namespace kv::gui

@@ -118,8 +118,8 @@ void DrawStrategicMap(Session& s) {
         pic.SetPixel(x, y, black ? 0u : TerrainColour(r, t));
       }
   }
-  s.ui().Changed("Form5.Picture2");
-  s.ui().Changed("Form5.Caption");
+  s.ui().Changed(Change::Form5Picture2);
+  s.ui().Changed(Change::Form5Caption);
 }
 
 bool ZoomFlags(Session& s, int16_t view, std::string* err) {
@@ -172,7 +172,7 @@ bool ZoomFlags(Session& s, int16_t view, std::string* err) {
           StretchBlt(out, x, y, 16, 10, b.FlagDC, n * 20, 0, 20, 13, SRCCOPY);
       }
   }
-  s.ui().Changed("Form5.Picture2");
+  s.ui().Changed(Change::Form5Picture2);
   return true;
 }
 
@@ -184,7 +184,7 @@ void DrawJumpBox(Session& s) {
   HexToJumpPixel(s.ref, static_cast<int16_t>(v.ViewX + v.ViewCols),
                  static_cast<int16_t>(v.ViewY + v.ViewRows), x2, y2);
   s.jump.Picture2Box = {true, x1, y1, x2, y2, static_cast<uint32_t>(s.pens.JumpBoxColour) & 0xFFFFFFu};
-  s.ui().Changed("Form5.Picture2");
+  s.ui().Changed(Change::Form5Picture2);
 }
 
 void JumpMapClick(Session& s, double X, double Y) {

@@ -10,9 +10,7 @@ namespace kv {
 
 namespace {
 
-void ShowForm(Session& s, const char* form) {
-  if (s.ed.hooks.ShowForm) s.ed.hooks.ShowForm(s, form);
-}
+void ShowForm(Session& s, FormId form) { s.ui().ShowForm(form); }
 
 // Tells the user why a flag view cannot be shown.
 bool Report(Session& s, bool ok, const std::string& err) {
@@ -95,15 +93,15 @@ bool JumpShowObjectives(Session& s) {
   // The box goes to the pixels numbered like the view's hexes.
   s.jump.Picture2Box = {true, v.ViewX, v.ViewY, v.ViewX + v.ViewCols, v.ViewY + v.ViewRows,
                         static_cast<uint32_t>(s.pens.JumpBoxColour) & 0xFFFFFFu};
-  s.ui().Changed("Form5.Picture2");
+  s.ui().Changed(Change::Form5Picture2);
   return true;
 }
 
 void JumpWindowKeyDown(Session& s, int keyCode, int /*shift*/) {
   switch (keyCode) {
-    case key::F1: ShowForm(s, "Form5"); break;
-    case key::F2: ShowForm(s, "Form2"); break;
-    case key::F3: ShowForm(s, "Form3"); break;
+    case key::F1: ShowForm(s, FormId::Form5); break;
+    case key::F2: ShowForm(s, FormId::Form2); break;
+    case key::F3: ShowForm(s, FormId::Form3); break;
     case key::C:
       s.pens.JumpBoxColour = s.pens.JumpBoxColour == 0xFFFFFF ? 0 : 0xFFFFFF;
       DrawJumpBox(s);

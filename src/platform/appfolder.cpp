@@ -9,6 +9,28 @@ namespace kv {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+// Copies the default data into the per-user folder, keeping files that are
+// there already. Folders are made afresh and every file copied gets its
+// owner's write permission: the default data of an installation is
+// read-only, its copy is the user's to change.
+void CopyDefaultData(const fs::path& seed, const fs::path& user, std::error_code& ec) {
+  fs::create_directories(user, ec);
+  for (auto it = fs::recursive_directory_iterator(seed, ec); !ec && it != fs::recursive_directory_iterator();
+       it.increment(ec)) {
+    const fs::path to = user / it->path().lexically_relative(seed);
+    if (it->is_directory(ec)) {
+      fs::create_directories(to, ec);
+    } else if (!ec && fs::copy_file(it->path(), to, fs::copy_options::skip_existing, ec)) {
+      fs::permissions(to, fs::perms::owner_read | fs::perms::owner_write, fs::perm_options::add, ec);
+    }
+    if (ec) return;
+  }
+}
+
+}  // namespace
+
 std::string UserDataFolder() {
   const char* xdg = std::getenv("XDG_DATA_HOME");
   if (xdg && *xdg) return JoinPath(xdg, "korvane-mapedit");
@@ -47,8 +69,7 @@ std::string ResolveAppFolder(const std::string& explicitDir, const std::string& 
     return "";
   }
   std::error_code ec;
-  fs::create_directories(user, ec);
-  fs::copy(seed, user, fs::copy_options::recursive | fs::copy_options::skip_existing, ec);
+  CopyDefaultData(seed, user, ec);
   if (ec || !FileExists(JoinPath(user, "data/terrain.txt"))) {
     if (err) *err = "The program folder " + user + " could not be made from " + seed + ": " + ec.message() + ".";
     return "";

@@ -189,7 +189,7 @@ bool SafeFileWriter::finish() {
     }
   }
   if (err_.empty() && std::fflush(f_) != 0) fail("cannot write " + path_);
-  if (err_.empty() && ::fsync(fileno(f_)) != 0 && errno != EINVAL) fail("cannot write " + path_);
+  if (err_.empty() && sync_ && ::fsync(fileno(f_)) != 0 && errno != EINVAL) fail("cannot write " + path_);
   // Keep the permissions of the file being replaced.
   struct stat st;
   if (err_.empty() && ::stat(path_.c_str(), &st) == 0) ::fchmod(fileno(f_), st.st_mode & 07777);

@@ -52,6 +52,10 @@ class SafeFileWriter final : public ByteSink {
   // Writing "from offset 0" over an existing file does not cut it: bytes of the
   // old file beyond what was written are kept at commit.
   void KeepOldTail(bool keep) { keep_tail_ = keep; }
+  // Whether finish() waits until the content is on the disk (the default,
+  // kept for maps and their side files). The rename is atomic either way.
+  void SetSync(bool sync) { sync_ = sync; }
+  const std::string& Path() const { return path_; }
   uint64_t written() const { return written_; }
 
  private:
@@ -60,6 +64,7 @@ class SafeFileWriter final : public ByteSink {
   std::FILE* f_ = nullptr;
   uint64_t written_ = 0;
   bool keep_tail_ = false;
+  bool sync_ = true;
   bool finished_ = false;
 };
 

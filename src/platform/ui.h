@@ -4,8 +4,11 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <string>
 #include <vector>
+
+#include "platform/events.h"
 
 namespace kv {
 
@@ -23,22 +26,31 @@ class Ui {
   virtual ~Ui() = default;
   // Shows a plain message box without a title of its own; returns the answer.
   virtual int MsgBox(const std::string& text, int style) = 0;
-  // A form the core wants closed (its state is stale): "Form3", "Form5", ...
-  virtual void UnloadForm(const std::string& form) = 0;
-  // Something shown on screen changed in the session ("Form1.Caption",
-  // "Label3", "MousePointer", "HScroll1", "Picture1", ...): refresh it.
-  virtual void Changed(const std::string& what) = 0;
+  // A form the core wants shown (a modal one is not waited for in a script).
+  virtual void ShowForm(FormId form) = 0;
+  // A form the core wants closed (its state is stale).
+  virtual void UnloadForm(FormId form) = 0;
+  // Something shown on screen changed in the session: refresh it.
+  virtual void Changed(Change what) = 0;
+  // The map's data changed (after the change).
+  virtual void MapChanged(const MapChange& change) = 0;
 };
 
 class HeadlessUi : public Ui {
  public:
   int MsgBox(const std::string& text, int style) override;
-  void UnloadForm(const std::string& form) override { unloaded.push_back(form); }
-  void Changed(const std::string&) override {}
+  void ShowForm(FormId form) override { shown.push_back(FormName(form)); }
+  void UnloadForm(FormId form) override { unloaded.push_back(FormName(form)); }
+  void Changed(Change) override {}
+  void MapChanged(const MapChange& change) override {
+    if (onMapChanged) onMapChanged(change);
+  }
 
   std::deque<int> answers;            // queued answers, taken in order
   std::vector<std::string> messages;  // every text shown
-  std::vector<std::string> unloaded;  // every form asked to close
+  std::vector<std::string> shown;     // every form asked to show, by name
+  std::vector<std::string> unloaded;  // every form asked to close, by name
+  std::function<void(const MapChange&)> onMapChanged;  // told of every change to the map
 };
 
 }  // namespace kv

@@ -49,8 +49,8 @@ void ReplaceDocument(Session& s, Document&& m) {
   const int lastX = std::max<int>(0, v.ViewMaxX), lastY = std::max<int>(0, v.ViewMaxY);
   if (v.ViewX > lastX) v.ViewX = v.HScroll1.Value = lastX;
   if (v.ViewY > lastY) v.ViewY = v.VScroll1.Value = lastY;
-  s.ui().Changed("HScroll1");
-  s.ui().Changed("VScroll1");
+  s.ui().Changed(Change::HScroll1);
+  s.ui().Changed(Change::VScroll1);
   AfterDocumentReplaced(s);
   // The jump map is drawn anew; its loading rebuilds the objective table.
   LoadForm5(s);

@@ -145,7 +145,7 @@ void RedrawHex(Session& s, int16_t x, int16_t y) {
   j.Picture2Box.shown = false;
   if (s.doc.OnMap(x, y)) {
     j.Picture2.SetPixel(x, y, TerrainColour(s.ref, s.doc.HexInfo(x, y, 0)));
-    s.ui().Changed("Form5.Picture2");
+    s.ui().Changed(Change::Form5Picture2);
   }
   Print_hex(s, x, y, 0);
   BlitPic1(s);
@@ -161,7 +161,7 @@ void MarkHex(Session& s, int16_t x, int16_t y, int left) {
   const int sx = d.HexPixel(x, y, 0) - r.ColPitch * s.view.ViewX;
   const int sy = d.HexPixel(x, y, 1) - r.RowPitch * s.view.ViewY;
   MaskedBlt(b.Picture1, sx, sy, r.HexW, r.HexH, b.FxMaskDC, left, 0, b.FxDC, left, 0);
-  s.ui().Changed("Picture1");
+  s.ui().Changed(Change::Picture1);
 }
 
 }  // namespace

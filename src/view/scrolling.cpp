@@ -12,7 +12,7 @@ void SetScrollValue(Session& s, Bar bar, int value) {
   ScrollBarModel& b = bar == Bar::H ? s.view.HScroll1 : s.view.VScroll1;
   if (b.Value == value) return;  // an unchanged value fires nothing
   b.Value = value;
-  s.ui().Changed(bar == Bar::H ? "HScroll1" : "VScroll1");
+  s.ui().Changed(bar == Bar::H ? Change::HScroll1 : Change::VScroll1);
   if (bar == Bar::H)
     HScroll1_Change(s);
   else
@@ -25,8 +25,8 @@ void SetScrollRanges(Session& s) {
   v.ViewMaxY = s.doc.MapMaxY - v.ViewRows;
   v.HScroll1.Max = v.ViewMaxX;
   v.VScroll1.Max = v.ViewMaxY;
-  s.ui().Changed("HScroll1");
-  s.ui().Changed("VScroll1");
+  s.ui().Changed(Change::HScroll1);
+  s.ui().Changed(Change::VScroll1);
 }
 
 void HScroll1_Change(Session& s) {

@@ -100,7 +100,7 @@ void ClearPicture1(Session& s) {
   if (p.Width() != s.view.ViewPixW || p.Height() != s.view.ViewPixH)
     p.Create(s.view.ViewPixW, s.view.ViewPixH);
   p.Fill(kPictureBackColour);
-  s.ui().Changed("Picture1");
+  s.ui().Changed(Change::Picture1);
 }
 
 void BuildViewBuffer(Session& s) {
@@ -146,14 +146,14 @@ void BlitPic1(Session& s) {
   }
   BitBlt(b.Picture1, 0, 0, v.ViewPixW, v.ViewPixH, &b.BufDC, s.ref.ColPitch, s.ref.RowPitch,
          SRCCOPY);
-  s.ui().Changed("Picture1");
+  s.ui().Changed(Change::Picture1);
   if (s.forms.Form5Loaded) {
     JumpMapState& j = s.jump;
     const int bx = std::max(v.ViewX - j.HScroll1.Value, 0);
     const int by = std::max(v.ViewY - j.VScroll1.Value, 0);
     j.FormBox = {true, bx, by, bx + v.ViewCols, by + v.ViewRows, 0};
-    s.ui().Changed("Form1.Picture2.Cls");
-    s.ui().Changed("Form5");
+    s.ui().Changed(Change::Picture2Cls);
+    s.ui().Changed(Change::Form5);
   }
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "art.h"
 #include "platform/bitmap.h"
 
 namespace kvgen {
@@ -64,5 +65,22 @@ void PaintTileSheet(const std::vector<TileDef>& tiles, kv::Bitmap& sheet);
 bool WriteSprites(const std::string& bmpDir, std::string* err);
 void DrawFlag(const NationDef& n, kv::Bitmap& out, int w, int h);
 void DrawBlankFlag(kv::Bitmap& out, int w, int h);
+
+// The application icon: convex polygons in a 256 x 256 square, drawn in
+// order (a hex with the flag of `flag` on its pole).
+struct IconShape {
+  std::vector<P> points;
+  uint32_t rgb = 0;
+};
+constexpr int kIconSizes[] = {16, 22, 24, 32, 48, 64, 128, 256};
+bool IconShapes(const NationDef& flag, std::vector<IconShape>& out, std::string* err);
+// The picture at size x size pixels, RGBA, rows from the top; a pixel's alpha
+// is the share of it that the shapes cover.
+std::vector<uint8_t> RasterIcon(const std::vector<IconShape>& shapes, int size);
+std::string IconSvg(const std::vector<IconShape>& shapes);
+// out/hicolor/NxN/apps/NAME.png for every size and
+// out/hicolor/scalable/apps/NAME.svg.
+bool WriteIcons(const std::filesystem::path& out, const std::string& name, const std::filesystem::path& src,
+                std::string* err);
 
 }  // namespace kvgen

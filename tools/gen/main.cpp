@@ -1,4 +1,6 @@
 // kv_gen_data OUT [SOURCES]
+// kv_gen_data --example MAPDIR [SOURCES]
+// kv_gen_data --icons OUT NAME [SOURCES]
 //
 // Writes the default program folder into OUT from the text catalogues in
 // SOURCES (tools/data of the source tree when not given): the tile sheet and
@@ -182,18 +184,22 @@ bool kvgen::GenerateFresh(const fs::path& out, const fs::path& src, std::string*
 }
 
 int main(int argc, char** argv) {
-  const bool example = argc > 1 && std::string(argv[1]) == "--example";
-  const int first = example ? 2 : 1;
-  if (argc < first + 1 || argc > first + 2) {
+  const std::string mode = argc > 1 ? argv[1] : "";
+  const bool example = mode == "--example", icons = mode == "--icons";
+  const int first = example ? 2 : icons ? 3 : 1;
+  if (argc < first + 1 || argc > first + 2 || (icons && argc < 4)) {
     std::fprintf(stderr,
                  "usage: kv_gen_data OUT [SOURCES]\n"
-                 "       kv_gen_data --example MAPDIR [SOURCES]   (writes MAPDIR/example.map and its side files)\n");
+                 "       kv_gen_data --example MAPDIR [SOURCES]   (writes MAPDIR/example.map and its side files)\n"
+                 "       kv_gen_data --icons OUT NAME [SOURCES]   (writes the icon theme's OUT/hicolor/.../NAME)\n");
     return 2;
   }
-  const fs::path out = argv[first];
+  const fs::path out = argv[icons ? 2 : first];
   const fs::path src = argc > first + 1 ? fs::path(argv[first + 1]) : fs::path(KV_TOOLS_DATA_DIR);
   std::string err;
-  const bool ok = example ? MakeExampleMap(out, src, &err) : GenerateFresh(out, src, &err);
+  const bool ok = example ? MakeExampleMap(out, src, &err)
+                  : icons ? WriteIcons(out, argv[3], src, &err)
+                          : GenerateFresh(out, src, &err);
   if (!ok) {
     std::fprintf(stderr, "kv_gen_data: %s\n", err.c_str());
     return 1;
