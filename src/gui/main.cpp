@@ -67,6 +67,7 @@ int main(int argc, char** argv) {
   }
   kv::gui::Form1 form(dir);
   if (!form.Form_Load()) return 1;
+  form.UseEditorSettings(kv::DefaultDataFolder(QCoreApplication::applicationDirPath().toStdString()));
   // A map named on the command line opens as the dialog's Load opens it; one
   // that cannot be read says why and leaves the blank first map.
   if (const QStringList maps = parser.positionalArguments(); !maps.isEmpty()) {
