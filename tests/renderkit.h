@@ -14,6 +14,7 @@
 #include "session.h"
 #include "testutil.h"
 #include "view/geometry.h"
+#include "view/transform.h"
 #include "view/spritebank.h"
 
 namespace kvtest {
@@ -150,9 +151,8 @@ struct RenderSession {
   uint32_t At(int x, int y, Pt p) const {
     int32_t px, py;
     kv::HexToPixel(s.ref, x, y, px, py);
-    px -= (s.view.ViewX - 1) * s.ref.ColPitch;
-    py -= (s.view.ViewY - 1) * s.ref.RowPitch;
-    return s.sprites.BufDC.GetPixel(px + p.x, py + p.y);
+    const kv::ViewTransform view(s.ref, s.view);
+    return s.sprites.BufDC.GetPixel(view.BufferLeft(px) + p.x, view.BufferTop(py) + p.y);
   }
 };
 

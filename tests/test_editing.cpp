@@ -13,6 +13,7 @@
 #include "minisession.h"
 #include "testutil.h"
 #include "view/geometry.h"
+#include "view/transform.h"
 
 using namespace kv;
 
@@ -30,10 +31,9 @@ struct Editor : kvtest::MiniSession {
   Editor() : MiniSession(EditorApp()) {}
   // A press in the middle of hex (x, y) for the current view.
   void Click(int x, int y, int button = 1) {
-    int32_t px = 0, py = 0;
-    HexToPixel(s->ref, x, y, px, py);
-    Picture1_MouseDown(*s, button, 0, px + s->ref.ColPitch / 2 - s->ref.ColPitch * s->view.ViewX,
-                       py + s->ref.RowPitch / 2 - s->ref.RowPitch * s->view.ViewY);
+    double X = 0, Y = 0;
+    ViewTransform(s->ref, s->view).HexCentre(x, y, X, Y);
+    Picture1_MouseDown(*s, button, 0, X, Y);
   }
   void Sides(int x, int y, int v) {
     for (int k = 1; k <= 6; ++k) d().HexInfo(x, y, k) = static_cast<uint8_t>(v);

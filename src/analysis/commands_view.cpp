@@ -4,11 +4,11 @@
 #include <thread>
 
 #include "analysis/aitables.h"
-#include "analysis/drawcalls.h"
 #include "analysis/roadcheck.h"
 #include "document/document_ops.h"
 #include "document/mapfile.h"
 #include "session.h"
+#include "view/compose.h"
 #include "view/render_api.h"
 #include "view/scrolling.h"
 

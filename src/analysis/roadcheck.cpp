@@ -8,6 +8,7 @@
 #include "autotile/engine.h"
 #include "session.h"
 #include "view/geometry.h"
+#include "view/transform.h"
 
 namespace kv {
 
@@ -124,10 +125,10 @@ void VerifyHexData_Click(Session& s) {
 
 HexArea BulkArea(const Session& s) {
   const Document& d = s.doc;
-  const ViewState& v = s.view;
   if (s.pens.DefaultAreaAll == -1) return {0, d.MapMaxX, 0, d.MapMaxY};
-  return {v.ViewX, std::min<int>(v.ViewX + v.ViewCols, d.MapMaxX), v.ViewY,
-          std::min<int>(v.ViewY + v.ViewRows, d.MapMaxY)};
+  // The visible hexes cut at the map's far edges (the near ones are cut where the area is used).
+  const HexRect v = ViewTransform(s.ref, s.view).Visible();
+  return {v.x1, std::min<int>(v.x2, d.MapMaxX), v.y1, std::min<int>(v.y2, d.MapMaxY)};
 }
 
 void SetDefaultControl(Session& s, const HexArea& a) {

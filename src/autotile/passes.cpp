@@ -13,6 +13,7 @@
 #include "session.h"
 #include "view/geometry.h"
 #include "view/render_api.h"
+#include "view/transform.h"
 
 namespace kv {
 
@@ -55,11 +56,11 @@ PassArea DefaultPassArea(const Session& s) {
     a.whole = true;
     return a;
   }
-  const ViewState& v = s.view;
-  a.x1 = std::max(0, static_cast<int>(v.ViewX));
-  a.y1 = std::max(0, static_cast<int>(v.ViewY));
-  a.x2 = std::min<int>(v.ViewX + v.ViewCols, d.MapMaxX);
-  a.y2 = std::min<int>(v.ViewY + v.ViewRows, d.MapMaxY);
+  const HexRect r = ViewTransform(s.ref, s.view).Visible().ClippedTo(d.MapMaxX, d.MapMaxY);
+  a.x1 = r.x1;
+  a.y1 = r.y1;
+  a.x2 = r.x2;
+  a.y2 = r.y2;
   return a;
 }
 
@@ -239,13 +240,11 @@ void mMountains_Click(Session& s) {
 
 void LearnVisibleForests(Session& s) {
   Document& d = s.doc;
-  const ViewState& v = s.view;
   s.SetPointer(vbHourglass);
   ResetStoreProblem(s);
-  const int x2 = std::min<int>(v.ViewX + v.ViewCols, d.MapMaxX);
-  const int y2 = std::min<int>(v.ViewY + v.ViewRows, d.MapMaxY);
-  for (int x = std::max(0, static_cast<int>(v.ViewX)); x <= x2; ++x)
-    for (int y = std::max(0, static_cast<int>(v.ViewY)); y <= y2; ++y)
+  const HexRect a = ViewTransform(s.ref, s.view).Visible().ClippedTo(d.MapMaxX, d.MapMaxY);
+  for (int x = a.x1; x <= a.x2; ++x)
+    for (int y = a.y1; y <= a.y2; ++y)
       if (d.HexInfo(x, y, 0) == 8)
         NewPattern(s, static_cast<int16_t>(x), static_cast<int16_t>(y), d.HexTile(x, y));
   s.SetPointer(vbArrow);

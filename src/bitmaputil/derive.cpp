@@ -11,6 +11,7 @@
 #include "view/compose.h"
 #include "view/geometry.h"
 #include "view/render_api.h"
+#include "view/scrolling.h"
 
 namespace kv {
 

@@ -1,19 +1,25 @@
 // korvane-map [--app DIR] [--screen WxH] script FILE: runs an automation
-// script against the editor's forms, created headless.
+// script against the editor's forms, created headless. Built into the
+// editor's binary, where korvane-map starts it (cmd_script_launch.cpp).
 #include <QApplication>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 
 #include "cli/commands.h"
+#include "platform/appfolder.h"
 #include "gui/Form1.h"
 #include "gui/qtui.h"
 #include "gui/script.h"
 
 namespace kv::cli {
 
-int CmdScript(const Options& o) {
+namespace {
+
+int RunScript(const Options& o) {
   const std::string file = o.args[0];
   std::ifstream f;
   if (file != "-") {
@@ -23,8 +29,12 @@ int CmdScript(const Options& o) {
       return 1;
     }
   }
-  const std::string app = AppFolder(o);
-  if (app.empty()) return 1;
+  std::string err;
+  const std::string app = ResolveAppFolder(o.app, o.exeDir, &err);
+  if (app.empty()) {
+    std::fprintf(stderr, "korvane-map: %s\n", err.c_str());
+    return 1;
+  }
   setenv("QT_QPA_PLATFORM", "offscreen", 1);
   // Standard output and error belong to the script: the window system's own
   // notices (no runtime folder, no raise on this platform) stay out of them.
@@ -45,6 +55,30 @@ int CmdScript(const Options& o) {
   const int rc = gui::RunScript(form, file == "-" ? std::cin : f, stdout, stderr);
   form.Form_Unload();
   return rc;
+}
+
+}  // namespace
+
+int ScriptEntry(int argc, char** argv) {
+  Options o;
+  std::error_code ec;
+  o.exeDir = std::filesystem::canonical("/proc/self/exe", ec).parent_path().string();
+  int i = 0;
+  for (; i + 1 < argc; i += 2) {
+    if (!std::strcmp(argv[i], "--app")) {
+      o.app = argv[i + 1];
+    } else if (!std::strcmp(argv[i], "--screen")) {
+      std::sscanf(argv[i + 1], "%dx%d", &o.screenW, &o.screenH);
+    } else {
+      break;
+    }
+  }
+  if (i + 1 != argc) {
+    std::fprintf(stderr, "korvane-map: the editor was started for a script without one\n");
+    return 2;
+  }
+  o.args.push_back(argv[i]);
+  return RunScript(o);
 }
 
 }  // namespace kv::cli

@@ -17,7 +17,14 @@ struct Options {
 int CmdInfo(const Options& o);
 int CmdImport(const Options& o);  // import SET OUT.map
 // Runs an automation script (FILE or - for standard input) on headless forms.
+// The forms need the window system's widgets, which korvane-map does not load:
+// CmdScript starts the editor's binary beside it with kScriptEntry first, and
+// the editor's main hands the rest of its arguments to ScriptEntry.
 int CmdScript(const Options& o);
+constexpr const char* kScriptEntry = "--korvane-map-script";
+// In the editor's binary: the arguments after kScriptEntry, [--app DIR]
+// --screen WxH FILE. Returns the script's exit status.
+int ScriptEntry(int argc, char** argv);
 int CmdCheck(const Options& o);     // check MAP: verification and every road and control fault
 int CmdLandmass(const Options& o);  // landmass MAP: number the bodies, then save
 int CmdAi(const Options& o);

@@ -10,12 +10,13 @@
 #include "autotile/random.h"
 #include "document/mapfile.h"
 #include "document/namestore.h"
-#include "editing/drawcalls.h"
 #include "platform/textfields.h"
 #include "session.h"
+#include "view/compose.h"
 #include "view/geometry.h"
 #include "view/render_api.h"
 #include "view/scrolling.h"
+#include "view/transform.h"
 
 namespace kv {
 
@@ -29,6 +30,7 @@ void SetSides(Document& d, int x, int y, uint8_t v) {
 
 // Tells the form that a control's text or state changed.
 void Changed(Session& s, Change what) { s.ui().Changed(what); }
+
 
 // Rounds a pixel position the window system gives in fractions.
 int RoundPixel(double v) {
@@ -59,10 +61,8 @@ void SetCommand2(Session& s, const char* caption) {
 }
 
 // The hex under a point of Picture1.
-void HexAt(Session& s, double X, double Y, int16_t& x, int16_t& y) {
-  const double px = RoundPixel(X + static_cast<double>(s.ref.ColPitch) * s.view.ViewX);
-  const double py = RoundPixel(Y + static_cast<double>(s.ref.RowPitch) * s.view.ViewY);
-  pixel_hex(s, px, py, x, y);
+void HexAt(const Session& s, double X, double Y, int16_t& x, int16_t& y) {
+  ViewTransform(s.ref, s.view).HexAt(X, Y, s.doc.MapMaxX, s.doc.MapMaxY, x, y);
 }
 
 }  // namespace
@@ -350,16 +350,14 @@ void Form_KeyUp(Session& s, int, int shift) { s.pens.ShiftKey = static_cast<int1
 void Command1_Click(Session& s) {
   Document& d = s.doc;
   Pens& p = s.pens;
-  const ViewState& v = s.view;
-  const int x2 = std::min<int>(v.ViewX + v.ViewCols, d.MapMaxX);
-  const int y2 = std::min<int>(v.ViewY + v.ViewRows, d.MapMaxY);
-  for (int x = std::max(0, v.ViewX); x <= x2; ++x)
-    for (int y = std::max(0, v.ViewY); y <= y2; ++y) {
+  const HexRect a = ViewTransform(s.ref, s.view).Visible().ClippedTo(d.MapMaxX, d.MapMaxY);
+  for (int x = a.x1; x <= a.x2; ++x)
+    for (int y = a.y1; y <= a.y2; ++y) {
       if (p.RandomMode == -1) randomtile(s);
       d.HexInfo(x, y, 0) = s.ref.TypeOf(p.CurTile);
       d.HexTile(x, y) = p.CurTile;
     }
-  s.MapEdited({v.ViewX, v.ViewY, x2, y2});
+  s.MapEdited(a);
   RedrawBuffers(s);
 }
 

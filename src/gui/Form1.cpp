@@ -50,15 +50,6 @@ namespace kv::gui {
 
 namespace {
 
-// The view surface that the renderer draws into, once the session has one.
-template <class S>
-const Bitmap* ViewSurface(S& s) {
-  if constexpr (requires { s.sprites.Picture1; })
-    return &s.sprites.Picture1;
-  else
-    return nullptr;
-}
-
 // The menu of the main window, in order. Depth 0 is the bar; an entry whose
 // work belongs to a part of the editor not built yet is shown disabled.
 struct MenuEntry {
@@ -241,8 +232,8 @@ void Form1::BuildControls() {
   Label4_->setMouseTracking(true);
 
   Picture1_->source = [this]() -> QImage {
-    const Bitmap* bm = ViewSurface(*session_);
-    if (!bm || bm->Empty()) return {};
+    const Bitmap* bm = &session_->sprites.Picture1;
+    if (bm->Empty()) return {};
     // 0x00RRGGBB words are the memory layout of Format_RGB32.
     return QImage(reinterpret_cast<const uchar*>(bm->Pixels().data()), bm->Width(), bm->Height(), bm->Width() * 4,
                   QImage::Format_RGB32);

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "cli/commands.h"
 #include "document/fileflow.h"
 #include "gui/Form1.h"
 #include "platform/appfolder.h"
@@ -28,6 +29,8 @@ const char* kTryHelp = "Try 'korvane-mapedit --help' for more information.\n";
 }  // namespace
 
 int main(int argc, char** argv) {
+  // korvane-map's script command runs here, where the forms are.
+  if (argc >= 2 && !std::strcmp(argv[1], kv::cli::kScriptEntry)) return kv::cli::ScriptEntry(argc - 2, argv + 2);
   // Help and version are answered before the window system starts, so that
   // they work without a display.
   for (int i = 1; i < argc && std::strcmp(argv[i], "--") != 0; ++i) {

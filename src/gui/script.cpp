@@ -13,6 +13,7 @@
 #include "gui/vbform.h"
 #include "session.h"
 #include "view/geometry.h"
+#include "view/transform.h"
 
 namespace kv::gui {
 
@@ -350,10 +351,8 @@ class Runner {
     const int shift = t.size() > 3 ? static_cast<int>(ToNumber(t[3])) : 0;
     if (!s_.doc.OnMap(static_cast<int>(x), static_cast<int>(y)))
       Fail(QStringLiteral("hex (%1, %2) is not on the map").arg(x).arg(y));
-    int32_t px = 0, py = 0;
-    HexToPixel(s_.ref, static_cast<int>(x), static_cast<int>(y), px, py);
-    const double X = px + s_.ref.ColPitch / 2 - static_cast<double>(s_.ref.ColPitch) * s_.view.ViewX;
-    const double Y = py + s_.ref.RowPitch / 2 - static_cast<double>(s_.ref.RowPitch) * s_.view.ViewY;
+    double X = 0, Y = 0;
+    ViewTransform(s_.ref, s_.view).HexCentre(static_cast<int>(x), static_cast<int>(y), X, Y);
     // The shift state counts as held for this press, as a key event would have set it.
     const int16_t before = s_.pens.ShiftKey;
     if (shift) s_.pens.ShiftKey = static_cast<int16_t>(shift);

@@ -10,6 +10,7 @@
 #include "view/geometry.h"
 #include "view/scrolling.h"
 #include "view/spritebank.h"
+#include "view/transform.h"
 
 namespace kv {
 
@@ -178,11 +179,10 @@ bool ZoomFlags(Session& s, int16_t view, std::string* err) {
 
 void DrawJumpBox(Session& s) {
   LoadForm5(s);
-  const ViewState& v = s.view;
+  const HexRect v = ViewTransform(s.ref, s.view).Visible();
   int32_t x1, y1, x2, y2;
-  HexToJumpPixel(s.ref, static_cast<int16_t>(v.ViewX), static_cast<int16_t>(v.ViewY), x1, y1);
-  HexToJumpPixel(s.ref, static_cast<int16_t>(v.ViewX + v.ViewCols),
-                 static_cast<int16_t>(v.ViewY + v.ViewRows), x2, y2);
+  HexToJumpPixel(s.ref, static_cast<int16_t>(v.x1), static_cast<int16_t>(v.y1), x1, y1);
+  HexToJumpPixel(s.ref, static_cast<int16_t>(v.x2), static_cast<int16_t>(v.y2), x2, y2);
   s.jump.Picture2Box = {true, x1, y1, x2, y2, static_cast<uint32_t>(s.pens.JumpBoxColour) & 0xFFFFFFu};
   s.ui().Changed(Change::Form5Picture2);
 }

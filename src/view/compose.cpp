@@ -4,6 +4,7 @@
 #include "session.h"
 #include "view/geometry.h"
 #include "view/spritebank.h"
+#include "view/transform.h"
 
 namespace kv {
 
@@ -129,8 +130,9 @@ void Print_hex(Session& s, int16_t x, int16_t y, int16_t mode) {
   // Negative, or beyond the map (a stale view after the map shrank): nothing is drawn.
   if (!Drawable(d, x, y)) return;
   const RefData& r = s.ref;
-  const int px = d.HexPixel(x, y, 0) - (s.view.ViewX - 1) * r.ColPitch;
-  const int py = d.HexPixel(x, y, 1) - (s.view.ViewY - 1) * r.RowPitch;
+  const ViewTransform view(r, s.view);
+  const int px = view.BufferLeft(d.HexPixel(x, y, 0));
+  const int py = view.BufferTop(d.HexPixel(x, y, 1));
   ComposeHex(s, s.sprites.BufDC, px, py, x, y, mode, true);
 }
 
@@ -158,8 +160,9 @@ void MarkHex(Session& s, int16_t x, int16_t y, int left) {
   if (!d.HexPixel.InRange(x, y, 1)) return;
   const RefData& r = s.ref;
   SpriteBank& b = s.sprites;
-  const int sx = d.HexPixel(x, y, 0) - r.ColPitch * s.view.ViewX;
-  const int sy = d.HexPixel(x, y, 1) - r.RowPitch * s.view.ViewY;
+  const ViewTransform view(r, s.view);
+  const int sx = view.ViewLeft(d.HexPixel(x, y, 0));
+  const int sy = view.ViewTop(d.HexPixel(x, y, 1));
   MaskedBlt(b.Picture1, sx, sy, r.HexW, r.HexH, b.FxMaskDC, left, 0, b.FxDC, left, 0);
   s.ui().Changed(Change::Picture1);
 }

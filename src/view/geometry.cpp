@@ -19,8 +19,11 @@ void HexToJumpPixel(const RefData& ref, int16_t x, int16_t y, int32_t& px, int32
   px = static_cast<int32_t>(x) * ref.JumpColPitch;
 }
 
-void pixel_hex(const Session& s, double pxIn, double pyIn, int16_t& outX, int16_t& outY) {
-  const RefData& ref = s.ref;
+void pixel_hex(const Session& s, double px, double py, int16_t& outX, int16_t& outY) {
+  pixel_hex(s.ref, s.doc.MapMaxX, s.doc.MapMaxY, px, py, outX, outY);
+}
+
+void pixel_hex(const RefData& ref, int maxX, int maxY, double pxIn, double pyIn, int16_t& outX, int16_t& outY) {
   int32_t px = static_cast<int32_t>(std::nearbyint(pxIn));
   double py = pyIn;
   int32_t x = px / ref.ColPitch;
@@ -28,8 +31,8 @@ void pixel_hex(const Session& s, double pxIn, double pyIn, int16_t& outX, int16_
   int32_t y = static_cast<int32_t>(std::trunc(std::nearbyint(py) / ref.RowPitch));
   if (x < 0) x = 0;
   if (y < 0) y = 0;
-  if (x > s.doc.MapMaxX) x = s.doc.MapMaxX;
-  if (y > s.doc.MapMaxY) y = s.doc.MapMaxY;
+  if (x > maxX) x = maxX;
+  if (y > maxY) y = maxY;
   outX = static_cast<int16_t>(x);
   outY = static_cast<int16_t>(y);
 }

@@ -1,5 +1,6 @@
 // Grid arithmetic: hex to pixel at main and jump-map scale, pixel to hex,
-// neighbours across the six sides, distance, and centring the view.
+// neighbours across the six sides, distance. Points of the view go through
+// ViewTransform (view/transform.h).
 #pragma once
 
 #include <cstdint>
@@ -14,7 +15,8 @@ inline int IDiv(int a, int b) { return a / b; }
 
 void HexToPixel(const RefData& ref, int x, int y, int32_t& px, int32_t& py);
 void HexToJumpPixel(const RefData& ref, int16_t x, int16_t y, int32_t& px, int32_t& py);
-// Hex under a map pixel, clamped to the map.
+// Hex under a map pixel, clamped to columns 0..maxX and rows 0..maxY (the map).
+void pixel_hex(const RefData& ref, int maxX, int maxY, double px, double py, int16_t& outX, int16_t& outY);
 void pixel_hex(const Session& s, double px, double py, int16_t& outX, int16_t& outY);
 // x, y become the hex across side 1..6 (no bounds check; other sides: no move).
 void HexNeighbour(int& x, int& y, int side);
@@ -22,7 +24,5 @@ inline int OppositeSide(int s) { return ((s + 2) % 6) + 1; }
 int16_t HexDistance(int16_t x1, int16_t y1, int16_t x2, int16_t y2);
 // Fills HexPixel for the current map size.
 void FillHexPixel(Session& s);
-// Brings the view round a hex through the scroll bars (no redraw).
-void Center_Hex(Session& s, int16_t x, int16_t y);
 
 }  // namespace kv

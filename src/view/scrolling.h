@@ -1,6 +1,8 @@
 // The two scroll bars of the main view and what a change of their value does.
 #pragma once
 
+#include <cstdint>
+
 namespace kv {
 
 struct Session;
@@ -13,5 +15,7 @@ void SetScrollValue(Session& s, Bar bar, int value);
 void SetScrollRanges(Session& s);
 void HScroll1_Change(Session& s);
 void VScroll1_Change(Session& s);
+// Brings the view round a hex through the scroll bars (no redraw).
+void Center_Hex(Session& s, int16_t x, int16_t y);
 
 }  // namespace kv

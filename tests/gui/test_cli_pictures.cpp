@@ -1,7 +1,8 @@
 // korvane-map render and jumpmap: the PNG files of the tool's own writer hold
 // the very pixels, at the very size, that Qt's image writer gave for the same
 // pictures (both read back by Qt's reader); the options are checked; BMP keeps
-// its 16-bit sides while PNG goes past them.
+// its 16-bit sides while PNG goes past them; the tool loads no GUI library,
+// and its scripts run in the editor's binary.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
@@ -140,4 +141,29 @@ TEST(CliPictures, OptionsAreCheckedAndOnlyBmpKeepsTheSixteenBitSides) {
   // Written under a temporary name and renamed: nothing else is left beside it.
   for (const auto& e : fs::directory_iterator(p.work.path()))
     EXPECT_EQ(e.path().string().find(".kvtmp"), std::string::npos) << e.path();
+}
+
+TEST(CliPictures, TheToolLoadsNoGuiLibraryAndItsScriptsRunInTheEditor) {
+  PictureSet p(12, 10);
+  const std::string tool = std::string(KV_BIN_DIR) + "/korvane-map";
+  const std::string libs = p.work / "ldd.txt";
+  ASSERT_EQ(std::system(("ldd " + Quote(tool) + " >" + Quote(libs)).c_str()), 0);
+  const std::string needed = Text(libs);
+  EXPECT_NE(needed.find("libz."), std::string::npos) << needed;
+  EXPECT_EQ(needed.find("Qt"), std::string::npos) << needed;
+  EXPECT_EQ(needed.find("libX"), std::string::npos) << needed;
+  EXPECT_EQ(needed.find("libGL"), std::string::npos) << needed;
+
+  // script: run by the editor's binary, with the tool's options, standard
+  // input and exit status.
+  kvtest::WriteText(p.work / "s.txt", "print Form1.Caption\nCurTile = 5\nprint CurTile\n");
+  ASSERT_EQ(p.Run("--screen 1280x1024 script - <" + Quote(p.work / "s.txt")), 0) << p.Err();
+  const std::string out = Text(p.work / "out.txt");
+  EXPECT_NE(out.find("Form1.Caption="), std::string::npos) << out;
+  EXPECT_NE(out.find("CurTile=5"), std::string::npos) << out;
+  kvtest::WriteText(p.work / "bad.txt", "Form1.NoSuchHandler\n");
+  EXPECT_EQ(p.Run("script " + Quote(p.work / "bad.txt")), 1);
+  EXPECT_NE(p.Err().find("line 1"), std::string::npos) << p.Err();
+  EXPECT_EQ(p.Run("script " + Quote(p.work / "missing.txt")), 1);
+  EXPECT_NE(p.Err().find("cannot open script"), std::string::npos) << p.Err();
 }

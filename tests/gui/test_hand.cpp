@@ -14,6 +14,7 @@
 #include "gui/qtui.h"
 #include "testutil.h"
 #include "view/geometry.h"
+#include "view/transform.h"
 
 using namespace kv;
 using kv::gui::Form1;
@@ -63,11 +64,9 @@ struct Editor {
   }
   // The widget point over the middle of hex (x, y) of the main view.
   QPoint HexPoint(int x, int y) {
-    int32_t px = 0, py = 0;
-    HexToPixel(s().ref, x, y, px, py);
-    const ViewState& v = s().view;
-    return {px + s().ref.ColPitch / 2 - s().ref.ColPitch * v.ViewX + kBorder,
-            py + s().ref.RowPitch / 2 - s().ref.RowPitch * v.ViewY + kBorder};
+    double X = 0, Y = 0;
+    ViewTransform(s().ref, s().view).HexCentre(x, y, X, Y);
+    return {static_cast<int>(X) + kBorder, static_cast<int>(Y) + kBorder};
   }
 };
 
