@@ -72,6 +72,25 @@ install(FILES ${CMAKE_SOURCE_DIR}/desktop/${KV_APP_ID}.mime.xml DESTINATION ${CM
 install(DIRECTORY ${KV_ICON_DIR}/hicolor DESTINATION ${CMAKE_INSTALL_DATADIR}/icons)
 install(FILES ${KV_MAN_PAGES} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 
+# Installed straight onto a system (no DESTDIR, as a package build has),
+# the desktop's caches of the prefix learn the file type and the launcher at
+# once; a package leaves that to the triggers of the system it is installed on.
+install(CODE "
+  set(kv_share \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_DATADIR}\")
+  if(\"\$ENV{DESTDIR}\" STREQUAL \"\" AND NOT CMAKE_INSTALL_PREFIX MATCHES \"/_CPack_Packages/\")
+    find_program(kv_update_mime update-mime-database)
+    find_program(kv_update_desktop update-desktop-database)
+    if(kv_update_mime)
+      message(STATUS \"Updating the file types of \${kv_share}/mime\")
+      execute_process(COMMAND \${kv_update_mime} \"\${kv_share}/mime\" OUTPUT_QUIET ERROR_QUIET)
+    endif()
+    if(kv_update_desktop)
+      message(STATUS \"Updating the launchers of \${kv_share}/applications\")
+      execute_process(COMMAND \${kv_update_desktop} \"\${kv_share}/applications\" OUTPUT_QUIET ERROR_QUIET)
+    endif()
+  endif()
+")
+
 # The tests run both programs and the generator's icon mode.
 if(TARGET korvane_gui_tests)
   add_dependencies(korvane_gui_tests korvane-mapedit)

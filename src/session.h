@@ -11,6 +11,7 @@
 #include "bitmaputil/bitmaputil_state.h"
 #include "document/document.h"
 #include "document/namestore.h"
+#include "editing/comfort.h"
 #include "editing/editorstate.h"
 #include "editing/pens.h"
 #include "jumpmap/jumpmap.h"
@@ -66,6 +67,7 @@ struct Session {
   // Parsed pattern stores and the store folder's health, made on first use.
   std::shared_ptr<PatternStoreState> patternStores;
   TileScreens tileScreens;  // Form11, Form13, Form14: the tile data screens
+  ComfortState comfort;     // the editor's additions for the hand
 
   Ui& ui() { return *ui_; }
   void SetUi(Ui* ui);

@@ -7,6 +7,10 @@
 #include "cli/commands.h"
 #include "platform/appfolder.h"
 
+#ifndef KV_VERSION
+#error "KV_VERSION comes from cmake/Version.cmake, which gives it to the two programs' targets"
+#endif
+
 namespace {
 
 const char* kUsage =

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
@@ -20,6 +21,7 @@
 #include "autotile/passes.h"
 #include "autotile/reset.h"
 #include "document/clipboard.h"
+#include "document/fileflow.h"
 #include "document/filemenu.h"
 #include "document/startup.h"
 #include "editing/controlform.h"
@@ -39,6 +41,8 @@
 #include "gui/Form9.h"
 #include "gui/LoadSave.h"
 #include "gui/formkit.h"
+#include "gui/recentmaps.h"
+#include "gui/toolwindows.h"
 #include "gui/PictureBox.h"
 #include "jumpmap/mapimage.h"
 #include "platform/appfolder.h"
@@ -161,8 +165,12 @@ Form1::Form1(std::string appPath, QWidget* parent) : QMainWindow(parent) {
     if (form2_) form2_->SyncControls();
   };
   setWindowTitle(QStringLiteral("Form1"));
+  // The comfort that would change what a classic script sees waits for a script to ask.
+  session_->comfort.DialogFollowsMap = hand_.LayoutFollowsWindow = hand_.WindowsInReach = hand_.LiveJumpMap =
+      !Script().active;
   BuildControls();
   BuildMenu();
+  BuildHand();
 }
 
 Form1::~Form1() {
@@ -238,13 +246,9 @@ void Form1::BuildControls() {
     return QImage(reinterpret_cast<const uchar*>(bm->Pixels().data()), bm->Width(), bm->Height(), bm->Width() * 4,
                   QImage::Format_RGB32);
   };
-  Picture1_->onMouseDown = [this](int b, int sh, double x, double y) {
-    // Shift as the press has it: a key pressed while another window had the
-    // focus (the tile picker) never reached this window's key handlers.
-    session_->pens.ShiftKey = static_cast<int16_t>(sh);
-    Picture1_MouseDown(b, sh, x, y);
-  };
-  Picture1_->onMouseMove = [this](int b, int sh, double x, double y) { Picture1_MouseMove(b, sh, x, y); };
+  // Presses and moves over the view go through the comfort layer (Form1_hand.cpp).
+  Picture1_->onMouseDown = [this](int b, int sh, double x, double y) { PressOnView(b, sh, x, y); };
+  Picture1_->onMouseMove = [this](int b, int sh, double x, double y) { MoveOnView(b, sh, x, y); };
   Picture2_->source = [this]() { return picture2Image_; };
   Picture2_->onMouseDown = [this](int b, int sh, double x, double y) { Picture2_MouseDown(b, sh, x, y); };
 
@@ -300,6 +304,14 @@ void Form1::BuildMenu() {
   }
   for (const char* n : {"mRandom", "mAutoNeighbours", "mHexSides", "HexControlOn", "HexControlOFF", "mGrid"})
     if (auto* a = findChild<QAction*>(QString::fromLatin1(n))) a->setCheckable(true);
+  // File > Recent Maps, before Exit.
+  recent_ = new RecentMaps(findChild<QMenu*>(QStringLiteral("menu_file")),
+                           findChild<QAction*>(QStringLiteral("menu_file_exit")), this);
+  recent_->open = [this](const QString& path) {
+    const QFileInfo info(path);
+    OpenMapFile(*session_, info.absolutePath().toLocal8Bit().toStdString(), info.fileName().toLocal8Bit().toStdString());
+    SyncControls();
+  };
 }
 
 void Form1::ApplyLayout(bool withTail) {
@@ -414,7 +426,8 @@ void Form1::closeEvent(QCloseEvent* ev) {
 
 void Form1::changeEvent(QEvent* ev) {
   QMainWindow::changeEvent(ev);
-  if (ev->type() == QEvent::WindowStateChange) Form_Resize();
+  // The editor lays itself out on every change of size; a script keeps the classic rule.
+  if (ev->type() == QEvent::WindowStateChange && !hand_.LayoutFollowsWindow) Form_Resize();
 }
 
 void Form1::ShowPicture2() {
@@ -457,6 +470,8 @@ void Form1::SyncControls() {
   action("mGrid")->setChecked(f.mGridChecked);
   SetBar(HScroll1_, s.view.HScroll1);
   SetBar(VScroll1_, s.view.VScroll1);
+  if (recent_) recent_->Note(s.doc.MapPath, s.App("newmap.map"));
+  SyncHand();
   const bool busy = s.forms.MousePointer == vbHourglass;
   if (busy != busyCursor_) {
     if (busy)
@@ -628,7 +643,10 @@ VbForm* Form1::FormByName(const QString& name, bool create, bool* known) {
   auto get = [&](const char* n, auto& ptr) -> bool {
     if (name.compare(QString::fromLatin1(n), Qt::CaseInsensitive) != 0) return false;
     using F = std::remove_pointer_t<decltype(ptr.data())>;
-    if (!ptr && create) ptr = new F(*session_, this);
+    if (!ptr && create) {
+      ptr = new F(*session_, this);
+      if (tools_ && hand_.WindowsInReach) tools_->Adopt(ptr);
+    }
     return true;
   };
   if (get("Form2", form2_)) return form2_.data();
@@ -843,6 +861,7 @@ void Form1::ShowForm(FormId id) {
   if (id == FormId::LoadSave) {
     auto* d = static_cast<LoadSave*>(FormByName(QStringLiteral("LoadSave")));
     d->SyncControls();
+    d->Showing();
     d->show();  // without waiting: the main window stays usable
     if (!Script().active) d->raise();
     return;

@@ -9,6 +9,7 @@
 
 #include "gui/qtui.h"
 #include "gui/vbform.h"
+#include "gui/handstate.h"
 #include "session.h"
 #include "view/layout.h"
 
@@ -36,6 +37,9 @@ class Form12;
 class Form13;
 class Form14;
 class Form15;
+class RecentMaps;
+class PenStatusBar;
+class ToolWindows;
 
 class Form1 : public QMainWindow, public VbForm {
   Q_OBJECT
@@ -60,6 +64,19 @@ class Form1 : public QMainWindow, public VbForm {
   // menu entries remember what they are set to, and "Reset Learned
   // Patterns" takes its starter patterns from `starterFolder`.
   void UseEditorSettings(const std::string& starterFolder);
+
+  // The comfort layer (Form1_hand.cpp): presses, moves and the wheel over
+  // the view in the window's pixels inside its border, the zoom, the layout.
+  void PressOnView(int button, int shift, double x, double y);
+  void MoveOnView(int buttons, int shift, double x, double y);
+  void ReleaseOnView(int button);
+  void Wheel(int dy, int dx, int shift, double x, double y);
+  // Zooms to `percent`, keeping the hex under window point `at` (of Picture1) in place.
+  void SetZoom(int percent, QPoint at);
+  int Zoom() const;
+  HandState& hand() { return hand_; }
+  // Lays the window out for its present size (when the layout follows the window).
+  void FitToWindow();
 
   // Runs the start-up order; false when the program folder cannot support
   // an editor (the reason has been shown).
@@ -136,6 +153,7 @@ class Form1 : public QMainWindow, public VbForm {
  protected:
   bool eventFilter(QObject* obj, QEvent* ev) override;
   void changeEvent(QEvent* ev) override;
+  void resizeEvent(QResizeEvent* ev) override;
   void closeEvent(QCloseEvent* ev) override;
 
  private:
@@ -183,6 +201,19 @@ class Form1 : public QMainWindow, public VbForm {
   QPointer<Form13> form13_;
   QPointer<Form14> form14_;
   QPointer<Form15> form15_;
+  RecentMaps* recent_ = nullptr;
+  // The comfort layer.
+  void BuildHand();
+  void SyncHand();
+  MainLayout FittedLayout(int W, int H);
+  void StrokeTo(double X, double Y);
+  void EndStroke();
+  HandState hand_;
+  PenStatusBar* status_ = nullptr;
+  ToolWindows* tools_ = nullptr;
+  bool stroke_ = false;
+  double strokeX_ = 0, strokeY_ = 0;
+  int wheelRest_ = 0;
 };
 
 }  // namespace kv::gui

@@ -1,9 +1,11 @@
 #include "gui/Form8.h"
 
 #include <QLabel>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 #include "editing/controlform.h"
+#include "editing/penstatus.h"
 #include "gui/formkit.h"
 
 namespace kv::gui {
@@ -17,6 +19,26 @@ Form8::Form8(Session&, QWidget* parent) : QWidget(parent, Qt::Window) {
   Label1_->setTextFormat(Qt::PlainText);
   auto* box = new QVBoxLayout(this);
   box->addWidget(Label1_);
+  // Every key of every window, below the design's own lines.
+  auto* keys = new QLabel(this);
+  keys->setObjectName(QStringLiteral("Keys"));
+  keys->setTextFormat(Qt::RichText);
+  QString html = QStringLiteral("<table cellspacing=2>");
+  const char* window = "";
+  for (const KeyHelp& k : AllKeys()) {
+    if (std::string(window) != k.window) {
+      window = k.window;
+      html += QStringLiteral("<tr><td colspan=2><b>%1</b></td></tr>").arg(QString::fromLatin1(k.window));
+    }
+    html += QStringLiteral("<tr><td>%1&nbsp;&nbsp;</td><td>%2</td></tr>")
+                .arg(QString::fromLatin1(k.key).toHtmlEscaped(), QString::fromLatin1(k.what).toHtmlEscaped());
+  }
+  keys->setText(html + QStringLiteral("</table>"));
+  auto* scroll = new QScrollArea(this);
+  scroll->setWidget(keys);
+  scroll->setWidgetResizable(true);
+  scroll->setMinimumSize(keys->sizeHint().width() + 24, 240);
+  box->addWidget(scroll, 1);
   Form_Load();
 }
 

@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QDir>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -53,8 +54,12 @@ LoadSave::LoadSave(Session& s, QWidget* parent) : QDialog(parent), s_(s) {
   Command3_->setGeometry(310, 290, 100, 28);
   for (QPushButton* b : {Command1_, Command2_, Command3_}) b->setAutoDefault(false);
 
-  connect(Command1_, &QPushButton::clicked, this, &LoadSave::Command1_Click);
-  connect(Command2_, &QPushButton::clicked, this, &LoadSave::Command2_Click);
+  connect(Command1_, &QPushButton::clicked, this, [this]() { Accept(false); });
+  connect(Command2_, &QPushButton::clicked, this, [this]() { Accept(true); });
+  // Enter in "File Name" and a double-click (or Enter) on a file do what the
+  // dialog is for: save in the Save As dialog, load in the others.
+  connect(Text1_, &QLineEdit::returnPressed, this, [this]() { Accept(s_.ed.dlg.DlgMode == 3); });
+  connect(List1_, &QListWidget::itemActivated, this, [this](QListWidgetItem*) { Accept(s_.ed.dlg.DlgMode == 3); });
   connect(Command3_, &QPushButton::clicked, this, &LoadSave::Command3_Click);
   connect(Text1_, &QLineEdit::textEdited, this, [this](const QString& t) { s_.ed.dlg.Text1 = S(t); });
   connect(List1_, &QListWidget::currentRowChanged, this, [this](int row) {
@@ -67,6 +72,35 @@ LoadSave::LoadSave(Session& s, QWidget* parent) : QDialog(parent), s_(s) {
     EnterFolder(QDir::cleanPath(d.absoluteFilePath(item->text())));
   });
   SyncControls();
+}
+
+void LoadSave::Showing() {
+  const DialogState& g = s_.ed.dlg;
+  if (!s_.comfort.DialogFollowsMap || (g.DlgMode != 1 && g.DlgMode != 3)) return;
+  // The open map's folder; a new map's is the program folder.
+  const QString map = Q(s_.doc.MapPath);
+  const QString dir = map.isEmpty() ? Q(s_.AppPath) : QFileInfo(map).absolutePath();
+  if (QFileInfo(dir).isDir() && QDir::cleanPath(dir) != QDir::cleanPath(Q(g.Dir1Path))) EnterFolder(dir);
+}
+
+void LoadSave::Accept(bool save) {
+  QString typed = Text1_->text();
+  if (typed.startsWith(QStringLiteral("~/"))) typed = QDir::homePath() + typed.mid(1);
+  if (QDir::isAbsolutePath(typed)) {
+    const QFileInfo info(typed);
+    const QString dir = info.absolutePath();
+    if (!QFileInfo(dir).isDir()) {
+      s_.MsgBox("The folder " + S(dir) + " does not exist.");
+      return;
+    }
+    EnterFolder(dir);
+    s_.ed.dlg.Text1 = S(info.fileName());
+    SyncControls();
+  }
+  if (save)
+    Command2_Click();
+  else
+    Command1_Click();
 }
 
 void LoadSave::EnterFolder(const QString& path) {
@@ -85,9 +119,17 @@ void LoadSave::SyncControls() {
     if (!d.isRoot()) Dir1_->addItem(QStringLiteral(".."));
     Dir1_->addItems(d.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name | QDir::IgnoreCase));
   }
-  List1_->clear();
-  for (const std::string& n : g.List1) List1_->addItem(Q(n));
-  List1_->setCurrentRow(g.List1Index);
+  // The list is filled again only when its names changed: a click in it must
+  // leave its items in place for the double-click that may follow.
+  QStringList names;
+  for (const std::string& n : g.List1) names << Q(n);
+  QStringList shown;
+  for (int i = 0; i < List1_->count(); ++i) shown << List1_->item(i)->text();
+  if (names != shown) {
+    List1_->clear();
+    List1_->addItems(names);
+  }
+  if (List1_->currentRow() != g.List1Index) List1_->setCurrentRow(g.List1Index);
   if (Text1_->text() != Q(g.Text1)) Text1_->setText(Q(g.Text1));
   Command2_->setEnabled(g.SaveEnabled);
   syncing_ = false;

@@ -35,12 +35,17 @@ class LoadSave : public QDialog, public VbForm {
   Q_INVOKABLE void Command1_Click();
   Q_INVOKABLE void Command2_Click();
   Q_INVOKABLE void Command3_Click();
+  // Comfort: a map's folder when the dialog opens on a map.
+  void Showing();
 
  protected:
   void closeEvent(QCloseEvent* ev) override;
 
  private:
   void EnterFolder(const QString& path);
+  // Load (or Save) as the user asks for it: the buttons, a double-click on a
+  // file, Enter in "File Name". An absolute path typed there goes to its folder first.
+  void Accept(bool save);
   Session& s_;
   bool syncing_ = false;
   QComboBox* Drive1_;

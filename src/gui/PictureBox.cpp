@@ -2,6 +2,7 @@
 
 #include <QMouseEvent>
 #include <QPainter>
+#include <QWheelEvent>
 
 namespace kv::gui {
 
@@ -36,7 +37,13 @@ void PictureBox::paintEvent(QPaintEvent*) {
     const QImage img = source();
     if (!img.isNull()) {
       p.setClipRect(rect().adjusted(kBorder, kBorder, -kBorder, -kBorder));
-      p.drawImage(kBorder, kBorder, img);
+      if (scale == 1.0) {
+        p.drawImage(kBorder, kBorder, img);
+      } else {
+        // Enlarged pixel by pixel (sharp); made smaller, averaged.
+        p.setRenderHint(QPainter::SmoothPixmapTransform, scale < 1.0);
+        p.drawImage(QRectF(kBorder, kBorder, img.width() * scale, img.height() * scale), img);
+      }
       p.setClipping(false);
     }
   }
@@ -49,6 +56,21 @@ void PictureBox::paintEvent(QPaintEvent*) {
 void PictureBox::mousePressEvent(QMouseEvent* e) {
   const QPointF pos = e->position() - QPointF(kBorder, kBorder);
   if (onMouseDown) onMouseDown(ButtonCode(e->button()), ShiftState(e->modifiers()), pos.x(), pos.y());
+}
+
+void PictureBox::mouseReleaseEvent(QMouseEvent* e) {
+  const QPointF pos = e->position() - QPointF(kBorder, kBorder);
+  if (onMouseUp) onMouseUp(ButtonCode(e->button()), ShiftState(e->modifiers()), pos.x(), pos.y());
+}
+
+void PictureBox::wheelEvent(QWheelEvent* e) {
+  if (!onWheel) {
+    QWidget::wheelEvent(e);
+    return;
+  }
+  const QPointF pos = e->position() - QPointF(kBorder, kBorder);
+  onWheel(e->angleDelta().y(), e->angleDelta().x(), ShiftState(e->modifiers()), pos.x(), pos.y());
+  e->accept();
 }
 
 void PictureBox::mouseMoveEvent(QMouseEvent* e) {

@@ -16,13 +16,19 @@ class PictureBox : public QWidget {
   // The image shown; the function is asked at each paint, so the picture can
   // live elsewhere (the view surface of the renderer).
   std::function<QImage()> source;
-  std::function<void(int button, int shift, double x, double y)> onMouseDown, onMouseMove;
+  std::function<void(int button, int shift, double x, double y)> onMouseDown, onMouseMove, onMouseUp;
+  // A turn of the wheel: dy and dx in eighths of a degree (120 a notch).
+  std::function<void(int dy, int dx, int shift, double x, double y)> onWheel;
+  // The image is shown at this size (1: pixel for pixel), sharp when enlarged.
+  double scale = 1.0;
   static int ShiftState(Qt::KeyboardModifiers m);
 
  protected:
   void paintEvent(QPaintEvent*) override;
   void mousePressEvent(QMouseEvent* e) override;
   void mouseMoveEvent(QMouseEvent* e) override;
+  void mouseReleaseEvent(QMouseEvent* e) override;
+  void wheelEvent(QWheelEvent* e) override;
 };
 
 }  // namespace kv::gui

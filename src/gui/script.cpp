@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "gui/Form1.h"
+#include "gui/handscript.h"
 #include "gui/qtui.h"
 #include "gui/vbform.h"
 #include "session.h"
@@ -263,6 +264,8 @@ class Runner {
   }
 
  private:
+  // The pseudo-form of the editor's comfort.
+  static bool IsEditor(const QString& name) { return name.compare(QStringLiteral("Editor"), Qt::CaseInsensitive) == 0; }
   // Splits "Form.Control.Property" or "Form.Handler".
   static QStringList Dotted(const QString& t) { return t.split(QLatin1Char('.')); }
 
@@ -281,6 +284,13 @@ class Runner {
   void Call(const QStringList& t) {
     const QStringList parts = Dotted(t[0]);
     if (parts.size() != 2) Fail(QStringLiteral("\"%1\" names nothing known").arg(t[0]));
+    if (IsEditor(parts[0])) {
+      QString err;
+      if (!HandScriptCall(f_, parts[1], t.mid(1), &err))
+        Fail(err.isEmpty() ? QStringLiteral("Editor has no %1").arg(parts[1]) : err);
+      Settle();
+      return;
+    }
     VbForm* form = Form(parts[0]);
     QString err;
     if (!InvokeHandler(form->formWidget(), parts[1], t.mid(1), &err)) Fail(err);
@@ -289,6 +299,13 @@ class Runner {
 
   void Assign(const QString& target, const QString& value) {
     const QStringList parts = Dotted(target);
+    if (parts.size() == 2 && IsEditor(parts[0])) {
+      QString err;
+      if (!HandScriptSet(f_, parts[1], value, &err))
+        Fail(err.isEmpty() ? QStringLiteral("Editor has no %1").arg(parts[1]) : err);
+      Settle();
+      return;
+    }
     if (parts.size() == 3) {
       VbForm* form = Form(parts[0]);
       QObject* ctl = Control(form, parts[1]);
@@ -312,6 +329,11 @@ class Runner {
 
   QString Value(const QString& item) {
     const QStringList parts = Dotted(item);
+    if (parts.size() == 2 && IsEditor(parts[0])) {
+      QString out;
+      if (!HandScriptGet(f_, parts[1], &out)) Fail(QStringLiteral("Editor has no %1").arg(parts[1]));
+      return out;
+    }
     if (parts.size() == 2 || parts.size() == 3) {
       VbForm* form = Form(parts[0]);
       form->SyncControls();

@@ -173,9 +173,11 @@ struct PngWriter::Impl {
     s.rawLen = rowBytes * static_cast<size_t>(rows);
     if (s.raw.size() < s.rawLen) s.raw.resize(s.rawLen);
     const Bitmap& px = s.pixels;
+    s.adler = 1;
     for (int y = 0; y < rows; ++y) {
       const uint32_t* p = px.Row(y);
-      uint8_t* o = s.raw.data() + rowBytes * static_cast<size_t>(y);
+      uint8_t* const row = s.raw.data() + rowBytes * static_cast<size_t>(y);
+      uint8_t* o = row;
       *o++ = 0;  // filter "none": measured the smallest as well as the fastest on tile pictures
       for (int64_t x = 0; x < w; ++x, o += 3) {
         const uint32_t v = p[x];
@@ -183,8 +185,8 @@ struct PngWriter::Impl {
         o[1] = static_cast<uint8_t>(v >> 8);
         o[2] = static_cast<uint8_t>(v);
       }
+      s.adler = adler32_z(s.adler, row, rowBytes);  // while the row is in the cache
     }
-    s.adler = adler32_z(1L, s.raw.data(), s.rawLen);
     if (!d.Piece(s.raw.data(), s.rawLen, s.last, s.packed)) return false;
     s.packedLen = d.Packed();
     return true;
@@ -257,7 +259,8 @@ struct PngWriter::Impl {
 PngWriter::PngWriter(ByteSink& out, int64_t width, int64_t height, PngCompression level, int threads) {
   impl_ = std::make_unique<Impl>(out, width, height, ZlibLevel(level));
   Impl& d = *impl_;
-  if (width < 1 || height < 1 || width > kPngMaxSide || height > kPngMaxSide) {
+  // A strip holds at least one row, and zlib takes a piece's length in 32 bits.
+  if (width < 1 || height < 1 || width > kPngMaxWidth || height > kPngMaxSide) {
     d.failed = true;
     return;
   }

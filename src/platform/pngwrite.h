@@ -20,12 +20,15 @@ enum class PngCompression { Fast, Default, Best };
 // "fast", "default" or "best"; false for anything else.
 bool ParsePngCompression(const std::string& text, PngCompression& out);
 
-// The largest side a PNG picture may have.
+// The largest side a PNG picture may have, and the widest picture this writer
+// takes (a row of RGB within 1 GiB).
 constexpr int64_t kPngMaxSide = 0x7FFFFFFF;
+constexpr int64_t kPngMaxWidth = ((int64_t{1} << 30) - 1) / 3;
 
 class PngWriter {
  public:
-  // A picture of width x height pixels (1 to kPngMaxSide each) into out.
+  // A picture of width x height pixels (1 to kPngMaxWidth, 1 to kPngMaxSide)
+  // into out; any other size fails at once.
   // threads: how many may compress at once (0: one per core). Strips are
   // handed to other threads only when the picture has several of them.
   PngWriter(ByteSink& out, int64_t width, int64_t height, PngCompression level, int threads = 0);

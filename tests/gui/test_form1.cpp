@@ -103,8 +103,10 @@ TEST(Form1Menu, EntriesInOrderWithCaptionsAndStates) {
                               "Help"}));
   QStringList file;
   for (QAction* a : w.f->findChild<QMenu*>("menu_file")->actions()) file << a->objectName();
+  // The editor's own "Recent Maps" stands before Exit.
   EXPECT_EQ(file, (QStringList{"menu_file_new", "menu_file_open", "menu_file_save", "menu_file_save_as", "openpgset",
-                               "LoadBitmap", "mNewNations", "menu_file_exit"}));
+                               "LoadBitmap", "mNewNations", "", "menu_file_exit"}));
+  EXPECT_NE(w.f->findChild<QMenu*>("RecentMaps"), nullptr);
   auto act = [&](const char* n) { return w.f->findChild<QAction*>(n); };
   EXPECT_TRUE(act("mUndo")->isEnabled());
   EXPECT_TRUE(act("openpgset")->isEnabled());

@@ -1,0 +1,154 @@
+// The comfort layer's costs, each beside what it is measured against, in one
+// run: the zoom to 25 % of a 1920 x 1080 window over a busy map (goal 100 ms),
+// a one-step scroll through the bar at 25 % (goal one frame, 16 ms), the live
+// jump map's update of one hex of a 1000 x 1000 map against drawing the whole
+// jump map (goal 1 ms and 1/100), and a stroke's hex with auto-tile on (goal
+// one frame a hex).
+#include <benchmark/benchmark.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <memory>
+
+#include "editing/editing.h"
+#include "jumpmap/jumpmap.h"
+#include "jumpmap/livejump.h"
+#include "renderkit.h"
+#include "view/render_api.h"
+#include "view/scrolling.h"
+#include "view/spritebank.h"
+#include "view/zoom.h"
+
+using namespace kv;
+
+namespace {
+
+std::string TempDir(const char* what) {
+  const std::string dir = (std::filesystem::temp_directory_path() /
+                           (std::string("kvbench-hand-") + what + "-" + std::to_string(::getpid())))
+                              .string();
+  std::filesystem::create_directories(dir + "/mapedit");
+  return dir;
+}
+
+std::unique_ptr<Session> BusyMap(int maxX, int maxY, const char* what) {
+  auto s = std::make_unique<Session>(TempDir(what));
+  Document& d = s->doc;
+  d.MapMaxX = static_cast<int16_t>(maxX);
+  d.MapMaxY = static_cast<int16_t>(maxY);
+  d.AllocateAll();
+  for (int x = 0; x <= d.MapMaxX; ++x)
+    for (int y = 0; y <= d.MapMaxY; ++y) {
+      d.HexTile(x, y) = static_cast<int16_t>((x * 7 + y * 13) % 128);
+      d.HexInfo(x, y, 0) = static_cast<uint8_t>((x + y) % 15);
+      d.HexElev(x, y) = static_cast<uint8_t>(120 + (x * 3 + y * 5) % 9);
+      if ((x + y) % 3 == 0) {
+        d.HexCtl(x, y, 0) = static_cast<uint8_t>(1 + x % 3);
+        d.HexCtl(x, y, 1) = static_cast<uint8_t>((x + 2 * y) % 4);
+      }
+      for (int side = 1; side <= 6; ++side)
+        if ((x + y + side) % 4 == 0) d.HexInfo(x, y, side) = static_cast<uint8_t>(1 + (side % 2));
+    }
+  FillHexPixel(*s);
+  kvtest::MakeTerrains(s->ref);
+  kvtest::MakeSprites(*s, 128);
+  s->ref.TileType.assign(128, 1);
+  s->ref.TileRoad.assign(128, 0);
+  s->pens.HexOutlines = -1;
+  s->pens.ShowRoadControl = -1;
+  return s;
+}
+
+// The view of a 1920 x 1080 window's picture (1816 x 900 inside) at a zoom.
+void SetZoomedView(Session& s, int zoom) {
+  ViewState& v = s.view;
+  v.ViewPixW = static_cast<int>(WindowToView(1816, zoom));
+  v.ViewPixH = static_cast<int>(WindowToView(900, zoom));
+  v.ViewCols = static_cast<int16_t>((v.ViewPixW + 4) / s.ref.ColPitch - 1);
+  v.ViewRows = static_cast<int16_t>((v.ViewPixH + 4) / s.ref.RowPitch - 1);
+  v.HScroll1.Max = s.doc.MapMaxX - v.ViewCols;
+  v.VScroll1.Max = s.doc.MapMaxY - v.ViewRows;
+  SpriteBank& b = s.sprites;
+  ComputeBufferSize(s, b.BufW, b.BufH);
+  b.BufDC.Create(b.BufW, b.BufH);
+  RedrawBuffers(s);
+}
+
+// What the editor does when the zoom goes to 25 %: a buffer for the larger
+// view, composed whole and shown.
+void BM_ZoomTo25(benchmark::State& state) {
+  auto s = BusyMap(399, 399, "zoom");
+  s->view.ViewX = s->view.ViewY = 20;
+  for (auto _ : state) {
+    SetZoomedView(*s, 100);
+    state.PauseTiming();
+    state.ResumeTiming();
+    SetZoomedView(*s, 25);
+  }
+}
+BENCHMARK(BM_ZoomTo25)->Unit(benchmark::kMillisecond)->Iterations(5);
+
+// One step right, then back, through the bar at 25 %, per step.
+void BM_ScrollStepAt25(benchmark::State& state) {
+  auto s = BusyMap(399, 399, "scroll");
+  s->view.ViewX = s->view.ViewY = 20;
+  SetZoomedView(*s, 25);
+  s->view.HScroll1.Value = s->view.ViewX;
+  s->view.VScroll1.Value = s->view.ViewY;
+  int dir = 1;
+  for (auto _ : state) {
+    SetScrollValue(*s, state.range(0) ? Bar::V : Bar::H,
+                   (state.range(0) ? s->view.VScroll1.Value : s->view.HScroll1.Value) + dir);
+    dir = -dir;
+  }
+}
+BENCHMARK(BM_ScrollStepAt25)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+std::unique_ptr<Session>& JumpSession() {
+  static std::unique_ptr<Session> s = [] {
+    auto j = BusyMap(999, 999, "jump");
+    j->view.ScreenW = 1920;
+    LoadForm5(*j);
+    return j;
+  }();
+  return s;
+}
+
+// The live jump map's update after a one-hex edit, and the whole jump map drawn.
+void BM_JumpMapOneHex(benchmark::State& state) {
+  Session& s = *JumpSession();
+  int i = 0;
+  for (auto _ : state) {
+    const int x = 100 + (i * 37) % 800, y = 100 + (i * 53) % 800;
+    s.doc.HexInfo(x, y, 0) = static_cast<uint8_t>(i % 15);
+    benchmark::DoNotOptimize(JumpMapFollow(s, HexRect::Hex(x, y)));
+    ++i;
+  }
+}
+BENCHMARK(BM_JumpMapOneHex)->Unit(benchmark::kMicrosecond);
+
+void BM_JumpMapWhole(benchmark::State& state) {
+  Session& s = *JumpSession();
+  for (auto _ : state) DrawStrategicMap(s);
+}
+BENCHMARK(BM_JumpMapWhole)->Unit(benchmark::kMillisecond);
+
+// One hex of a stroke with auto-tile on, as the stroke paints it: the press's
+// handler at the hex's point, on a 1920 x 1080 view at 100 %. Per hex.
+void BM_StrokeHexAutoTile(benchmark::State& state) {
+  auto s = BusyMap(199, 199, "stroke");
+  s->view.ViewX = s->view.ViewY = 10;
+  SetZoomedView(*s, 100);
+  s->pens.AutoTile = -1;
+  s->pens.CurTile = 5;
+  const std::vector<PathHex> path = HexesAlong(*s, 20, 300, 20 + 50 * 45, 300);
+  size_t i = 0;
+  for (auto _ : state) {
+    const PathHex& h = path[i % std::min<size_t>(path.size(), 40)];
+    Picture1_MouseDown(*s, 1, 0, h.X, h.Y);
+    ++i;
+  }
+}
+BENCHMARK(BM_StrokeHexAutoTile)->Unit(benchmark::kMicrosecond);
+
+}  // namespace
