@@ -41,6 +41,7 @@
 #include "gui/Form9.h"
 #include "gui/LoadSave.h"
 #include "gui/formkit.h"
+#include "gui/usersettings.h"
 #include "gui/recentmaps.h"
 #include "gui/toolwindows.h"
 #include "gui/PictureBox.h"
@@ -783,21 +784,22 @@ void Form1::mRandom_Click() { kv::mRandom_Click(*session_); SyncControls(); }
 // ---- Comfort: neighbours that follow, learning that says so --------------------
 
 namespace {
-const char* kNeighboursKey = "autotile/neighboursFollow";
-QSettings EditorSettings() { return QSettings(QStringLiteral("korvane"), QStringLiteral("korvane-mapedit")); }
+const char* kNeighboursKey = "NeighboursFollow";
 }  // namespace
 
 void Form1::UseEditorSettings(const std::string& starterFolder) {
   rememberSettings_ = true;
   starterFolder_ = starterFolder;
-  session_->pens.AutoNeighbours = EditorSettings().value(QString::fromLatin1(kNeighboursKey), true).toBool() ? -1 : 0;
+  const QSettings* st = UserSettings();
+  session_->pens.AutoNeighbours = !st || st->value(QString::fromLatin1(kNeighboursKey), true).toBool() ? -1 : 0;
   SyncControls();
 }
 
 void Form1::mAutoNeighbours_Click() {
   Pens& p = session_->pens;
   p.AutoNeighbours = p.AutoNeighbours == -1 ? 0 : -1;
-  if (rememberSettings_) EditorSettings().setValue(QString::fromLatin1(kNeighboursKey), p.AutoNeighbours == -1);
+  if (QSettings* st = UserSettings(); st && rememberSettings_)
+    st->setValue(QString::fromLatin1(kNeighboursKey), p.AutoNeighbours == -1);
   statusBar()->showMessage(p.AutoNeighbours == -1 ? QStringLiteral("neighbours follow the painted hex")
                                                   : QStringLiteral("neighbours keep their tiles"),
                            5000);

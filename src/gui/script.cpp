@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "gui/Form1.h"
+#include "gui/autotilescript.h"
 #include "gui/handscript.h"
 #include "gui/qtui.h"
 #include "gui/vbform.h"
@@ -301,7 +302,8 @@ class Runner {
     const QStringList parts = Dotted(target);
     if (parts.size() == 2 && IsEditor(parts[0])) {
       QString err;
-      if (!HandScriptSet(f_, parts[1], value, &err))
+      if (!HandScriptSet(f_, parts[1], value, &err) &&
+          (!err.isEmpty() || !AutoTileScriptSet(f_, parts[1], value, &err)))
         Fail(err.isEmpty() ? QStringLiteral("Editor has no %1").arg(parts[1]) : err);
       Settle();
       return;
@@ -331,7 +333,8 @@ class Runner {
     const QStringList parts = Dotted(item);
     if (parts.size() == 2 && IsEditor(parts[0])) {
       QString out;
-      if (!HandScriptGet(f_, parts[1], &out)) Fail(QStringLiteral("Editor has no %1").arg(parts[1]));
+      if (!HandScriptGet(f_, parts[1], &out) && !AutoTileScriptGet(f_, parts[1], &out))
+        Fail(QStringLiteral("Editor has no %1").arg(parts[1]));
       return out;
     }
     if (parts.size() == 2 || parts.size() == 3) {
