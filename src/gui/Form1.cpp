@@ -161,7 +161,12 @@ Form1::Form1(std::string appPath, QWidget* parent) : QMainWindow(parent) {
     if (VbForm* f = FormByName(QString::fromLatin1(FormName(form))))
       QMetaObject::invokeMethod(f->formWidget(), "GetStuff", Qt::DirectConnection);
   };
-  hooks.Learned = [this](Session&, const std::string& text) { statusBar()->showMessage(Q(text), 8000); };
+  // What a paint taught: in the status bar, and in the editor (not in a
+  // script, whose Label3 stays classic) in Label3 too until the pointer moves.
+  hooks.Learned = [this](Session& s, const std::string& text) {
+    statusBar()->showMessage(Q(text), 8000);
+    if (rememberSettings_) s.SetLabel3(text);
+  };
   hooks.ClearTilePickerDrawing = [this](Session&) {
     if (form2_) form2_->SyncControls();
   };
