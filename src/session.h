@@ -15,8 +15,11 @@
 #include "editing/editorstate.h"
 #include "editing/pens.h"
 #include "jumpmap/jumpmap.h"
+#include "platform/programfolder.h"
 #include "platform/ui.h"
+#include "refdata/nations.h"
 #include "refdata/refdata.h"
+#include "refdata/tables.h"
 #include "scenario/scenario_state.h"
 #include "view/spritebank.h"
 #include "view/viewstate.h"
@@ -70,6 +73,8 @@ struct Session {
   ComfortState comfort;     // the editor's additions for the hand
 
   Ui& ui() { return *ui_; }
+  // The program folder and the message boxes, for the readers of the tables.
+  ProgramFolder Folder() const { return {AppPath, ui_}; }
   void SetUi(Ui* ui);
   // A path inside the program folder: App("mapedit/tiletype.dat").
   std::string App(const std::string& rel) const;
@@ -88,5 +93,16 @@ struct Session {
   std::unique_ptr<HeadlessUi> own_ui_;
   Ui* ui_;
 };
+
+// The table readers on a session's folder, tables and map.
+inline void ReadFlagsXY(Session& s) { ReadFlagsXY(s.Folder(), s.ref); }
+inline bool ReadHexInfo(Session& s) { return ReadHexInfo(s.Folder(), s.ref); }
+inline bool LoadTileInfo(Session& s) { return LoadTileInfo(s.Folder(), s.ref); }
+inline bool LoadRoadInfo(Session& s) { return LoadRoadInfo(s.Folder(), s.ref); }
+inline std::string NationListPath(const Session& s, const std::string& set) { return NationListPath(s.Folder(), set); }
+inline bool LoadNations(Session& s) { return LoadNations(s.Folder(), s.ref, s.doc.NationSet); }
+inline bool SwitchNationSet(Session& s, const std::string& set) {
+  return SwitchNationSet(s.Folder(), s.ref, s.doc.NationSet, set);
+}
 
 }  // namespace kv

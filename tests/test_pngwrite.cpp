@@ -221,9 +221,9 @@ TEST(PngWrite, StripsAreGivenInOrderAndOnlyUntilThePictureIsWhole) {
   EXPECT_EQ(w3.BeginStrip(), nullptr);
   EXPECT_FALSE(w3.Finish());
   EXPECT_TRUE(out3.bytes.empty());
-  for (auto [w, h] : {std::pair<int64_t, int64_t>{kPngMaxWidth + 1, 1}, {1, kPngMaxSide + 1}, {5, -1}}) {
-    PngWriter big(out3, w, h, PngCompression::Fast);
-    EXPECT_FALSE(big.ok()) << w << " x " << h;
+  for (auto [bigW, bigH] : {std::pair<int64_t, int64_t>{kPngMaxWidth + 1, 1}, {1, kPngMaxSide + 1}, {5, -1}}) {
+    PngWriter big(out3, bigW, bigH, PngCompression::Fast);
+    EXPECT_FALSE(big.ok()) << bigW << " x " << bigH;
     EXPECT_EQ(big.BeginStrip(), nullptr);
   }
   EXPECT_TRUE(out3.bytes.empty());

@@ -519,7 +519,9 @@ TEST(ScenarioFaults, EveryTruncationIsReadWholeOrRefused) {
     Import im = whole;
     im.eqp.resize(len);
     ASSERT_EQ(im.Run(), len >= 2 + 50 * 2 + 20) << "equipment table of " << len << " bytes";
-    if (!im.err.empty()) EXPECT_EQ(im.err.rfind("app/data/panzequp.eqp", 0), 0u) << im.err;
+    if (!im.err.empty()) {
+      EXPECT_EQ(im.err.rfind("app/data/panzequp.eqp", 0), 0u) << im.err;
+    }
   }
 }
 

@@ -725,6 +725,10 @@ bool Form1::eventFilter(QObject* obj, QEvent* ev) {
     case QEvent::MouseMove:
       if (obj == Label4_) Label4_MouseMove();
       break;
+    case QEvent::Resize:
+      // The view's room changes with the window and with the status bar.
+      if (obj == centralWidget()) FitToWindow();
+      break;
     case QEvent::FocusIn:
       if (obj == Text2_) Text2_GotFocus();
       break;

@@ -5,6 +5,7 @@
 
 #include <QMainWindow>
 #include <QPointer>
+#include <functional>
 #include <memory>
 
 #include "gui/qtui.h"
@@ -75,6 +76,9 @@ class Form1 : public QMainWindow, public VbForm {
   void SetZoom(int percent, QPoint at);
   int Zoom() const;
   HandState& hand() { return hand_; }
+  // A stroke (a press in a painting mode, the drag, the release) begins and
+  // ends: whatever keeps the edits' history makes one step of the whole stroke.
+  std::function<void()> onStrokeBegin, onStrokeEnd;
   // Lays the window out for its present size (when the layout follows the window).
   void FitToWindow();
 

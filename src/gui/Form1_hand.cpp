@@ -10,6 +10,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QResizeEvent>
+#include <QScreen>
 #include <QScrollBar>
 #include <QSettings>
 #include <QWheelEvent>
@@ -201,7 +202,14 @@ void Form1::FitToWindow() {
   for (const Rect* r : {&l.Command9, &l.Label5, &l.Text4, &l.Label2})
     minW = std::max(minW, r->Left + r->Width), minH = std::max(minH, r->Top + r->Height);
   minH = minH - (l.Picture1.Height) + 2 * s.ref.RowPitch * z / 100 + kPictureBorder;
-  c->setMinimumSize(std::min(minW, 4000), std::max(minH, 100));
+  // Never more than the screen holds (at a large scale factor a small screen
+  // is smaller than every control together).
+  if (QScreen* sc = isVisible() ? screen() : nullptr) {
+    const QRect avail = sc->availableGeometry();
+    minW = std::min(minW, avail.width() - 16);
+    minH = std::min(minH, avail.height() - menuBar()->height() - (status_ ? status_->height() : 0) - 48);
+  }
+  c->setMinimumSize(std::max(minW, 200), std::max(minH, 100));
   if (!viewChanged) return;
   v.ViewPixW = pixW;
   v.ViewPixH = pixH;
@@ -274,9 +282,13 @@ void Form1::PressOnView(int button, int shift, double x, double y) {
   s.pens.ShiftKey = static_cast<int16_t>(shift);
   // The handler takes the point of the view and finds the hex through the view transform.
   const double X = x, Y = y;
+  // A plain left press in a painting mode starts a stroke, its own hex first.
+  EndStroke();
+  const bool stroke =
+      button == 1 && shift == 0 && s.pens.CtlMode != 3 && !(s.pens.CtlMode == 1 && s.pens.CurNation == 0);
+  if (stroke && onStrokeBegin) onStrokeBegin();
   Picture1_MouseDown(button, shift, X, Y);
-  // A plain left press in a painting mode starts a stroke.
-  stroke_ = button == 1 && shift == 0 && s.pens.CtlMode != 3 && !(s.pens.CtlMode == 1 && s.pens.CurNation == 0);
+  stroke_ = stroke;
   strokeX_ = X;
   strokeY_ = Y;
 }
@@ -302,7 +314,11 @@ void Form1::StrokeTo(double X, double Y) {
   strokeY_ = Y;
 }
 
-void Form1::EndStroke() { stroke_ = false; }
+void Form1::EndStroke() {
+  if (!stroke_) return;
+  stroke_ = false;
+  if (onStrokeEnd) onStrokeEnd();
+}
 
 void Form1::ReleaseOnView(int button) {
   if (button == 1) EndStroke();

@@ -4,7 +4,9 @@
 #include <QGuiApplication>
 #include <QScreen>
 #include <QSettings>
+#include <QTimer>
 #include <QWidget>
+#include <QWindow>
 
 #include "gui/usersettings.h"
 
@@ -21,7 +23,15 @@ QString Key(const QWidget* w) { return QStringLiteral("Windows/") + w->objectNam
 void ToolWindows::Adopt(QWidget* w) {
   if (!w || !w->isWindow()) return;
   // A utility window of the main window: the window manager keeps it above.
-  if (!qobject_cast<QWidget*>(w->parent()) || w->windowType() == Qt::Window) w->setWindowFlag(Qt::Tool, true);
+  if (w->windowType() == Qt::Window) w->setWindowFlag(Qt::Tool, true);
+  // The main window's own window exists from here on, so that a tool window
+  // shown before it (the picker at start) is still known to belong to it.
+  if (QWidget* main = w->parentWidget(); main && !main_) {
+    main_ = main->window();
+    main_->winId();
+    main_->installEventFilter(this);
+  }
+  adopted_.append(w);
   w->installEventFilter(this);
 }
 
@@ -44,8 +54,28 @@ void ToolWindows::Remember(QWidget* w) {
   if (QSettings* st = UserSettings()) st->setValue(Key(w), w->geometry());
 }
 
+void ToolWindows::Belong(QWidget* w) {
+  if (main_ && w->windowHandle() && main_->windowHandle()) w->windowHandle()->setTransientParent(main_->windowHandle());
+}
+
 bool ToolWindows::eventFilter(QObject* obj, QEvent* ev) {
   auto* w = qobject_cast<QWidget*>(obj);
+  if (w && w == main_) {
+    // The main window appears: the tool windows shown before it go above it.
+    // The window manager learns that a window belongs to another when it
+    // maps it: one mapped before the main window is mapped again once the
+    // main window is on the screen.
+    if (ev->type() == QEvent::Show)
+      QTimer::singleShot(300, this, [this]() {
+        for (const QPointer<QWidget>& t : adopted_)
+          if (t && t->isVisible() && main_ && main_->isVisible()) {
+            t->hide();
+            Belong(t);
+            t->show();
+          }
+      });
+    return QObject::eventFilter(obj, ev);
+  }
   if (!w || !w->isWindow()) return QObject::eventFilter(obj, ev);
   switch (ev->type()) {
     case QEvent::Show:
@@ -58,6 +88,7 @@ bool ToolWindows::eventFilter(QObject* obj, QEvent* ev) {
         }
       }
       KeepOnScreen(w);
+      Belong(w);
       break;
     case QEvent::Move:
     case QEvent::Resize:

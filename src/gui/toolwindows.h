@@ -3,7 +3,9 @@
 // on the screen, and come back where the user left them.
 #pragma once
 
+#include <QList>
 #include <QObject>
+#include <QPointer>
 
 class QWidget;
 
@@ -24,6 +26,9 @@ class ToolWindows : public QObject {
 
  private:
   void Remember(QWidget* w);
+  void Belong(QWidget* w);
+  QList<QPointer<QWidget>> adopted_;
+  QPointer<QWidget> main_;
 };
 
 }  // namespace kv::gui

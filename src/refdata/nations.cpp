@@ -4,7 +4,7 @@
 
 #include "platform/fileio.h"
 #include "platform/textfields.h"
-#include "session.h"
+#include "refdata/refdata.h"
 
 namespace kv {
 
@@ -37,7 +37,7 @@ bool ParseNations(std::span<const uint8_t> text, NationList& out, std::string* e
   return true;
 }
 
-std::string NationListPath(const Session& s, const std::string& set) {
+std::string NationListPath(const ProgramFolder& s, const std::string& set) {
   return s.App(set + "/nations/nations.txt");
 }
 
@@ -66,7 +66,7 @@ void SortNations(RefData& ref) {
   for (int p = 1; p <= n; ++p) ref.NationOrder[p] = order[p - 1];
 }
 
-bool SwitchNationSet(Session& s, const std::string& setName) {
+bool SwitchNationSet(const ProgramFolder& s, RefData& ref, std::string& nationSet, const std::string& setName) {
   std::string set = setName.empty() ? "default" : setName;
   std::string path = NationListPath(s, set);
   std::vector<uint8_t> text;
@@ -80,15 +80,17 @@ bool SwitchNationSet(Session& s, const std::string& setName) {
     s.MsgBox("The nation set \"" + set + "\" cannot be read: " + path + ": " + err + ".");
     return false;
   }
-  s.doc.NationSet = set;
-  s.ref.NationCount = l.NationCount;
-  s.ref.NationName = std::move(l.NationName);
-  s.ref.NationCode = std::move(l.NationCode);
-  SortNations(s.ref);
+  nationSet = set;
+  ref.NationCount = l.NationCount;
+  ref.NationName = std::move(l.NationName);
+  ref.NationCode = std::move(l.NationCode);
+  SortNations(ref);
   return true;
 }
 
-bool LoadNations(Session& s) { return SwitchNationSet(s, s.doc.NationSet); }
+bool LoadNations(const ProgramFolder& app, RefData& ref, std::string& nationSet) {
+  return SwitchNationSet(app, ref, nationSet, nationSet);
+}
 
 std::vector<std::string> FillNationList(const RefData& ref) {
   std::vector<std::string> out{"-None-"};

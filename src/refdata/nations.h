@@ -7,9 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "platform/programfolder.h"
+
 namespace kv {
 
-struct Session;
 struct RefData;
 
 struct NationList {
@@ -21,13 +22,13 @@ struct NationList {
 // Parses "nations.txt": N, then N pairs of name and number.
 bool ParseNations(std::span<const uint8_t> text, NationList& out, std::string* err);
 // The list file of a set inside the program folder.
-std::string NationListPath(const Session& s, const std::string& set);
+std::string NationListPath(const ProgramFolder& app, const std::string& set);
 
-// Reads the list of doc.NationSet ("default" when empty) and sorts it. On a
+// Reads the list of nationSet (the map's NationSet) ("default" when empty) and sorts it. On a
 // list that cannot be read, says so and keeps the set in use; returns false.
-bool LoadNations(Session& s);
+bool LoadNations(const ProgramFolder& app, RefData& ref, std::string& nationSet);
 // Loads another set by name; on failure NationSet and the tables stay.
-bool SwitchNationSet(Session& s, const std::string& set);
+bool SwitchNationSet(const ProgramFolder& app, RefData& ref, std::string& nationSet, const std::string& set);
 void SortNations(RefData& ref);
 // "-None-", then the names in sorted order.
 std::vector<std::string> FillNationList(const RefData& ref);

@@ -5,7 +5,6 @@
 
 #include "platform/fileio.h"
 #include "platform/textfields.h"
-#include "session.h"
 
 namespace kv {
 
@@ -122,36 +121,35 @@ void ParseRoadInfo(std::span<const uint8_t> bytes, RefData& ref) {
   ref.RoadTable(0, 0) = static_cast<int16_t>(r);
 }
 
-void ReadFlagsXY(Session& s) {
+void ReadFlagsXY(const ProgramFolder& s, RefData& ref) {
   std::vector<uint8_t> b;
   if (ReadFileBytes(s.App("flags.xy"), b, nullptr)) {
-    ParseFlagsXY(b, s.ref);
+    ParseFlagsXY(b, ref);
   } else {
-    s.ref.FlagDX = 20;
-    s.ref.FlagDY = 30;
+    ref.FlagDX = 20;
+    ref.FlagDY = 30;
   }
 }
 
-bool ReadHexInfo(Session& s) {
+bool ReadHexInfo(const ProgramFolder& s, RefData& ref) {
   std::string path = s.App("data/hex_info.txt");
   std::vector<uint8_t> b;
   if (!ReadFileBytes(path, b, nullptr)) {
-    s.ref.HexW = 60;
-    s.ref.HexH = 50;
-    s.ref.HexSlant = 30;
-    DeriveGeometry(s.ref);
+    ref.HexW = 60;
+    ref.HexH = 50;
+    ref.HexSlant = 30;
+    DeriveGeometry(ref);
     return true;
   }
   std::string err;
-  if (!ParseHexInfo(b, s.ref, &err)) {
+  if (!ParseHexInfo(b, ref, &err)) {
     s.MsgBox(path + ": " + err + ".");
     return false;
   }
   return true;
 }
 
-bool LoadTileInfo(Session& s) {
-  RefData& ref = s.ref;
+bool LoadTileInfo(const ProgramFolder& s, RefData& ref) {
   const std::string dat = s.App("mapedit/tiletype.dat");
   const int tiles = ref.TileMax + 1;
   int64_t len = FileLen(dat);
@@ -199,7 +197,7 @@ bool LoadTileInfo(Session& s) {
   return true;
 }
 
-bool LoadRoadInfo(Session& s) {
+bool LoadRoadInfo(const ProgramFolder& s, RefData& ref) {
   const std::string path = s.App("mapedit/roadinfo.dat");
   std::vector<uint8_t> b;
   if (!FileExists(path)) {
@@ -208,8 +206,8 @@ bool LoadRoadInfo(Session& s) {
   } else if (!ReadFileBytes(path, b, nullptr)) {
     b.clear();
   }
-  ParseRoadInfo(b, s.ref);
-  if (s.ref.RoadRows() == 0) s.MsgBox(path);
+  ParseRoadInfo(b, ref);
+  if (ref.RoadRows() == 0) s.MsgBox(path);
   return true;
 }
 

@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "platform/programfolder.h"
 #include "refdata/refdata.h"
 
 namespace kv {
 
-struct Session;
 
 // "flags.xy": FlagDX, FlagDY (defaults 20, 30 when the file is missing).
 void ParseFlagsXY(std::span<const uint8_t> text, RefData& ref);
@@ -32,9 +32,9 @@ constexpr int kRoadByteSide[6] = {5, 6, 1, 2, 3, 4};
 
 // Start-up readers. They report through the session's message boxes and
 // return false when the editor cannot go on.
-void ReadFlagsXY(Session& s);
-bool ReadHexInfo(Session& s);
-bool LoadTileInfo(Session& s);
-bool LoadRoadInfo(Session& s);
+void ReadFlagsXY(const ProgramFolder& app, RefData& ref);
+bool ReadHexInfo(const ProgramFolder& app, RefData& ref);
+bool LoadTileInfo(const ProgramFolder& app, RefData& ref);
+bool LoadRoadInfo(const ProgramFolder& app, RefData& ref);
 
 }  // namespace kv
