@@ -230,7 +230,14 @@ void LoadAITable(Session& s, int16_t x, int16_t y) {
   }
   for (int i = 1; i <= d.ObjCount; ++i)
     if (d.ObjList(i, 0) == x && d.ObjList(i, 1) == y) {
-      if (!ReadAIBlock(in, i, d.W(), d.H(), d.HexAIDist, &err)) s.MsgBox("The AI file " + path + ": " + err + ".");
+      if (!ReadAIBlock(in, i, d.W(), d.H(), d.HexAIDist, &err)) {
+        std::string text = "The AI file ";
+        text += path;
+        text += ": ";
+        text += err;
+        text += ".";
+        s.MsgBox(text);
+      }
       break;
     }
 }

@@ -12,6 +12,7 @@
 #include "cli/commands.h"
 #include "platform/appfolder.h"
 #include "gui/Form1.h"
+#include "gui/editorapp.h"
 #include "gui/qtui.h"
 #include "gui/script.h"
 
@@ -44,7 +45,7 @@ int RunScript(const Options& o) {
   static int argc = 1;
   static char name[] = "korvane-map";
   static char* argv[] = {name, nullptr};
-  QApplication qapp(argc, argv);
+  kv::gui::EditorApplication qapp(argc, argv);
   gui::Script().active = true;
   gui::Form1 form(app);
   form.SetScreenSize(o.screenW, o.screenH);

@@ -52,16 +52,22 @@ struct Document {
   std::string NdxPath, StrPath;
   std::string NationSet;
 
+  // Counters the history reads: every wholesale replacement (a new map, a
+  // load, an import) and every completed save moves one on.
+  uint64_t Generation = 0;
+  uint64_t Saves = 0;
+
   int W() const { return MapMaxX + 1; }
   int H() const { return MapMaxY + 1; }
   size_t N() const { return static_cast<size_t>(W()) * H(); }
   bool OnMap(int x, int y) const { return x >= 0 && y >= 0 && x <= MapMaxX && y <= MapMaxY; }
 
   // Zero-filled allocation of every per-hex array for the current size
-  // (HexPixel is filled separately, from the geometry).
+  // (HexPixel is filled separately, from the geometry); a new generation.
   void AllocateAll();
   // Takes over the size and every per-hex plane of m except HexPixel, which
-  // belongs to the geometry; the objective table and identity stay.
+  // belongs to the geometry; the objective table and identity stay. A new
+  // generation.
   void TakePlanes(Document&& m);
 };
 

@@ -15,6 +15,7 @@ namespace kv {
 
 void Document::AllocateAll() {
   const int w = W(), h = H();
+  ++Generation;
   HexTile.Allocate(w, h);
   HexInfo.Allocate(w, h, 7);
   HexElev.Allocate(w, h);
@@ -27,6 +28,7 @@ void Document::AllocateAll() {
 }
 
 void Document::TakePlanes(Document&& m) {
+  ++Generation;
   MapMaxX = m.MapMaxX;
   MapMaxY = m.MapMaxY;
   HexInfo = std::move(m.HexInfo);

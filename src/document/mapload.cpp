@@ -134,6 +134,7 @@ bool SaveMap(Session& s) {
     s.MsgBox("The map could not be saved: " + why + ".");
     return false;
   }
+  ++d.Saves;
   s.SetLabel3("Map Saved");
   s.SetPointer(vbArrow);
   return true;

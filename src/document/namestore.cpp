@@ -4,6 +4,8 @@
 #include <cstring>
 #include <vector>
 
+#include <unistd.h>
+
 #include "platform/fileio.h"
 #include "session.h"
 
@@ -75,6 +77,42 @@ bool NameFiles::OpenStr(const std::string& path) {
   return str_ != nullptr;
 }
 
+bool NameFiles::WriteAt(bool str, long offset, const void* data, size_t n) {
+  std::FILE* f = str ? str_ : ndx_;
+  if (!f) return false;
+  if (journalKept_) {
+    NameWrite w;
+    w.str = str;
+    w.offset = offset;
+    w.lengthBefore = Length(f);
+    if (offset < w.lengthBefore) {
+      w.before.resize(std::min<long>(static_cast<long>(n), w.lengthBefore - offset));
+      if (std::fseek(f, offset, SEEK_SET) != 0 || std::fread(w.before.data(), 1, w.before.size(), f) != w.before.size())
+        w.before.clear();
+    }
+    w.after.assign(static_cast<const char*>(data), n);
+    journal_.push_back(std::move(w));
+  }
+  const bool ok = std::fseek(f, offset, SEEK_SET) == 0 && std::fwrite(data, 1, n, f) == n;
+  std::fflush(f);
+  return ok;
+}
+
+void NameFiles::Revert(const NameWrite& w) {
+  std::FILE* f = w.str ? str_ : ndx_;
+  if (!f) return;
+  if (!w.before.empty() && std::fseek(f, w.offset, SEEK_SET) == 0) std::fwrite(w.before.data(), 1, w.before.size(), f);
+  std::fflush(f);
+  if (Length(f) > w.lengthBefore && ftruncate(fileno(f), w.lengthBefore) != 0) return;
+}
+
+void NameFiles::Reapply(const NameWrite& w) {
+  std::FILE* f = w.str ? str_ : ndx_;
+  if (!f) return;
+  if (std::fseek(f, w.offset, SEEK_SET) == 0) std::fwrite(w.after.data(), 1, w.after.size(), f);
+  std::fflush(f);
+}
+
 std::string ReadHexName(ByteSource& ndx, ByteSource& str, int mapMaxX, int x, int y) {
   const uint64_t off = 4ull * (static_cast<uint64_t>(y) * (static_cast<uint64_t>(mapMaxX) + 1) + x);
   int32_t slot = 0;
@@ -96,14 +134,14 @@ std::string GetHexName(Session& s, int x, int y) {
 }
 
 void SetHexName(Session& s, int x, int y, const std::string& name) {
-  std::FILE* ndx = s.names.ndx();
-  std::FILE* str = s.names.str();
+  NameFiles& files = s.names;
+  std::FILE* ndx = files.ndx();
+  std::FILE* str = files.str();
   if (!ndx || !str || !s.doc.OnMap(x, y)) return;
   const long off = SlotOffset(s, x, y);
   int32_t slot = 0;
   if (name.empty()) {
-    if (std::fseek(ndx, off, SEEK_SET) == 0) std::fwrite(&slot, 4, 1, ndx);
-    std::fflush(ndx);
+    files.WriteAt(false, off, &slot, 4);
     return;
   }
   std::string rec = (name + std::string(kNameLen, ' ')).substr(0, kNameLen);
@@ -113,17 +151,15 @@ void SetHexName(Session& s, int x, int y, const std::string& name) {
   long len = Length(ndx);
   if (len < off) {
     std::vector<char> zeros(off - len, 0);
-    std::fwrite(zeros.data(), 1, zeros.size(), ndx);
+    files.WriteAt(false, len, zeros.data(), zeros.size());
   }
-  if (std::fseek(ndx, off, SEEK_SET) == 0) std::fwrite(&slot, 4, 1, ndx);
+  files.WriteAt(false, off, &slot, 4);
   long slen = Length(str);
   if (slen < slot - 1L) {
     std::vector<char> zeros(slot - 1L - slen, 0);
-    std::fwrite(zeros.data(), 1, zeros.size(), str);
+    files.WriteAt(true, slen, zeros.data(), zeros.size());
   }
-  if (std::fseek(str, slot - 1L, SEEK_SET) == 0) std::fwrite(rec.data(), 1, kNameLen, str);
-  std::fflush(ndx);
-  std::fflush(str);
+  files.WriteAt(true, slot - 1L, rec.data(), kNameLen);
 }
 
 void OpenNameStore(Session& s) {

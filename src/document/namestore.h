@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 #include "platform/bytes.h"
 
@@ -13,6 +14,16 @@ namespace kv {
 struct Session;
 
 constexpr int kNameLen = 20;
+
+// One write to a name file and what it replaced, so that it can be taken back
+// and made again byte for byte.
+struct NameWrite {
+  bool str = false;  // the .str file, else the .ndx
+  long offset = 0;
+  std::string before;  // the bytes the file held there (fewer at its end)
+  std::string after;   // the bytes written
+  long lengthBefore = 0;
+};
 
 // The two open files (numbers 11 and 12 of the original design).
 class NameFiles {
@@ -29,9 +40,21 @@ class NameFiles {
   std::FILE* ndx() const { return ndx_; }
   std::FILE* str() const { return str_; }
 
+  // Writes n bytes at `offset` of the .str (str) or .ndx file, flushed; while
+  // the journal is kept, the write is noted with what it replaced.
+  bool WriteAt(bool str, long offset, const void* data, size_t n);
+  void KeepJournal(bool keep) { journalKept_ = keep; journal_.clear(); }
+  std::vector<NameWrite> TakeJournal() { return std::move(journal_); }
+  // Takes a noted write back (the file as it was before it, length too) or
+  // makes it again; neither is noted.
+  void Revert(const NameWrite& w);
+  void Reapply(const NameWrite& w);
+
  private:
   std::FILE* ndx_ = nullptr;
   std::FILE* str_ = nullptr;
+  bool journalKept_ = false;
+  std::vector<NameWrite> journal_;
 };
 
 std::string GetHexName(Session& s, int x, int y);

@@ -41,6 +41,7 @@
 #include "gui/Form9.h"
 #include "gui/LoadSave.h"
 #include "gui/formkit.h"
+#include "gui/keeper.h"
 #include "gui/usersettings.h"
 #include "gui/recentmaps.h"
 #include "gui/toolwindows.h"
@@ -152,6 +153,7 @@ Form1::Form1(std::string appPath, QWidget* parent) : QMainWindow(parent) {
   ui_.onShow = [this](FormId form) { ShowForm(form); };
   ui_.onUnload = [this](FormId form) { OnUnload(form); };
   session_ = std::make_unique<Session>(std::move(appPath), &ui_);
+  keeper_ = std::make_unique<Keeper>(*this);
   EditorHooks& hooks = session_->ed.hooks;
   hooks.ExportMapImage = [this](Session&) { ExportMapImage(); };
   hooks.DrawJumpBox = [this](Session&) { DrawJumpBox(); };
@@ -176,6 +178,7 @@ Form1::Form1(std::string appPath, QWidget* parent) : QMainWindow(parent) {
       !Script().active;
   BuildControls();
   BuildMenu();
+  keeper_->InstallUi();
   BuildHand();
 }
 
@@ -425,6 +428,11 @@ void Form1::Form_Unload() {
 }
 
 void Form1::closeEvent(QCloseEvent* ev) {
+  // Unsaved changes are asked about first; Cancel keeps the window open.
+  if (!unloaded_ && !keeper_->Guard()) {
+    ev->ignore();
+    return;
+  }
   Form_Unload();
   ev->accept();
   qApp->quit();
@@ -447,7 +455,9 @@ void Form1::SyncControls() {
   syncing_ = true;
   Session& s = *session_;
   const Form1Controls& f = s.ed.f1;
-  const QString caption = Q(s.forms.Form1Caption);
+  // The title bears a mark while the map has unsaved changes; the caption
+  // that scripts read stays as the core set it.
+  const QString caption = keeper_->Title();
   if (windowTitle() != caption) setWindowTitle(caption);
   SetText(Text1_, f.Text1);
   SetText(Text2_, f.Text2);
@@ -687,7 +697,7 @@ bool Form1::SetOwnProperty(QObject* ctl, const QString& prop, const QString& val
 
 bool Form1::GetOwnProperty(QObject* ctl, const QString& prop, QString* out) {
   if (ctl == this && prop.compare(QStringLiteral("Caption"), Qt::CaseInsensitive) == 0) {
-    *out = windowTitle();
+    *out = Q(session_->forms.Form1Caption);
     return true;
   }
   if (ctl == this && prop.compare(QStringLiteral("KeyPreview"), Qt::CaseInsensitive) == 0) {
@@ -708,6 +718,9 @@ bool Form1::eventFilter(QObject* obj, QEvent* ev) {
       auto* w = qobject_cast<QWidget*>(obj);
       if (!loaded_ || !w || w->window() != this || !session_->ed.f1.KeyPreview) break;
       auto* ke = static_cast<QKeyEvent*>(ev);
+      // A key with Ctrl or Alt is a shortcut of the menus, never one of the
+      // form's own keys (Ctrl+A is no A).
+      if (ke->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) break;
       const int code = VbKeyCode(ke);
       if (code == 0 || (ke->isAutoRepeat() && ev->type() == QEvent::KeyRelease)) break;
       if (ev->type() == QEvent::KeyPress) {
@@ -774,11 +787,26 @@ void Form1::Label2_Click() { kv::Label2_Click(*session_); SyncControls(); }
 void Form1::Label4_MouseMove() { kv::Label4_MouseMove(*session_); SyncControls(); }
 void Form1::Text2_GotFocus() { kv::Text2_GotFocus(*session_); }
 void Form1::Text2_LostFocus() { kv::Text2_LostFocus(*session_); }
-void Form1::menu_file_new_Click() { kv::menu_file_new_Click(*session_); SyncControls(); }
-void Form1::menu_file_open_Click() { kv::menu_file_open_Click(*session_); }
-void Form1::menu_file_save_Click() { kv::menu_file_save_Click(*session_); SyncControls(); }
+// New Map, Open and Open PG set file ask about unsaved changes first.
+void Form1::menu_file_new_Click() {
+  if (!keeper_->Guard()) return;
+  kv::menu_file_new_Click(*session_);
+  SyncControls();
+}
+void Form1::menu_file_open_Click() {
+  if (keeper_->Guard()) kv::menu_file_open_Click(*session_);
+}
+void Form1::menu_file_save_Click() {
+  // In the window a map without a file of its own asks for a name, as users
+  // expect of Save (Ctrl+S); a script's Save stays the classic one.
+  if (!Script().active && keeper_->Untitled()) return menu_file_save_as_Click();
+  kv::menu_file_save_Click(*session_);
+  SyncControls();
+}
 void Form1::menu_file_save_as_Click() { kv::menu_file_save_as_Click(*session_); }
-void Form1::openpgset_Click() { kv::openpgset_Click(*session_); }
+void Form1::openpgset_Click() {
+  if (keeper_->Guard()) kv::openpgset_Click(*session_);
+}
 void Form1::LoadBitmap_Click() { ShowForm(FormId::Form4); }
 void Form1::mNewNations_Click() { kv::mNewNations_Click(*session_); }
 void Form1::menu_file_exit_Click() { close(); }

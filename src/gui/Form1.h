@@ -38,6 +38,7 @@ class Form12;
 class Form13;
 class Form14;
 class Form15;
+class Keeper;
 class RecentMaps;
 class PenStatusBar;
 class ToolWindows;
@@ -48,6 +49,8 @@ class Form1 : public QMainWindow, public VbForm {
   explicit Form1(std::string appPath, QWidget* parent = nullptr);
   ~Form1() override;
   Session& session() { return *session_; }
+  // The history, guard and recovery around the classic handlers.
+  Keeper& keeper() { return *keeper_; }
   QWidget* formWidget() override { return this; }
   void SyncControls() override;
   bool SetOwnProperty(QObject* ctl, const QString& prop, const QString& value) override;
@@ -174,6 +177,7 @@ class Form1 : public QMainWindow, public VbForm {
   void DrawStrategicMapHidden();
   QtUi ui_;
   std::unique_ptr<Session> session_;
+  std::unique_ptr<Keeper> keeper_;  // goes before the session it keeps
   MainLayout layout_;
   bool loaded_ = false, unloaded_ = false;
   bool syncing_ = false;

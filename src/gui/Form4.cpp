@@ -11,6 +11,7 @@
 
 #include "bitmaputil/bitmaputil.h"
 #include "gui/Form1.h"
+#include "gui/keeper.h"
 #include "gui/PictureBox.h"
 #include "gui/formkit.h"
 #include "gui/qtui.h"
@@ -327,6 +328,8 @@ void Form4::LoadBitmap_Click() {
 void Form4::FileExit_Click() { kv::FileExit_Click(s_); }
 
 void Form4::bmp2map_Click() {
+  // The new map replaces the open one: unsaved changes are asked about first.
+  if (auto* main = qobject_cast<Form1*>(parentWidget()); main && !main->keeper().Guard()) return;
   kv::bmp2map_Click(s_);
   AfterMainWindowChange();
 }

@@ -10,6 +10,8 @@
 #include "cli/commands.h"
 #include "document/fileflow.h"
 #include "gui/Form1.h"
+#include "gui/editorapp.h"
+#include "gui/keeper.h"
 #include "platform/appfolder.h"
 
 #ifndef KV_VERSION
@@ -47,7 +49,7 @@ int main(int argc, char** argv) {
       return 0;
     }
   }
-  QApplication app(argc, argv);
+  kv::gui::EditorApplication app(argc, argv);
   QApplication::setApplicationName(QStringLiteral("korvane-mapedit"));
   QApplication::setApplicationVersion(QStringLiteral(KV_VERSION));
   // The launcher and icon of an installation (the window system takes the
@@ -75,14 +77,17 @@ int main(int argc, char** argv) {
   kv::gui::Form1 form(dir);
   if (!form.Form_Load()) return 1;
   form.UseEditorSettings(kv::DefaultDataFolder(QCoreApplication::applicationDirPath().toStdString()));
+  form.show();
+  // Unsaved work of an editor that died is offered first; a map named on the
+  // command line opens unless such work was recovered.
+  const bool recovered = form.keeper().OfferRecovery();
   // A map named on the command line opens as the dialog's Load opens it; one
   // that cannot be read says why and leaves the blank first map.
-  if (const QStringList maps = parser.positionalArguments(); !maps.isEmpty()) {
+  if (const QStringList maps = parser.positionalArguments(); !maps.isEmpty() && !recovered) {
     std::error_code ec;
     const std::filesystem::path map = std::filesystem::absolute(maps.first().toStdString(), ec);
     kv::OpenMapFile(form.session(), map.parent_path().string(), map.filename().string());
     form.SyncControls();
   }
-  form.show();
   return QApplication::exec();
 }

@@ -10,6 +10,8 @@
 
 #include "gui/Form1.h"
 #include "gui/autotilescript.h"
+#include "gui/editorscript.h"
+#include "gui/keeper.h"
 #include "gui/handscript.h"
 #include "gui/qtui.h"
 #include "gui/vbform.h"
@@ -282,16 +284,38 @@ class Runner {
     return c;
   }
 
+  // The pseudo-form Editor: the comfort layer's names (gui/editorscript.h).
+  static bool IsEditor(const QStringList& parts) {
+    return parts.size() == 2 && parts[0].compare(QStringLiteral("Editor"), Qt::CaseInsensitive) == 0;
+  }
+  static const EditorName& EditorRow(const QString& name) {
+    const EditorName* row = FindEditorName(name);
+    if (!row) Fail(QStringLiteral("Editor has no %1").arg(name));
+    return *row;
+  }
+
   void Call(const QStringList& t) {
     const QStringList parts = Dotted(t[0]);
-    if (parts.size() != 2) Fail(QStringLiteral("\"%1\" names nothing known").arg(t[0]));
-    if (IsEditor(parts[0])) {
+    if (IsEditor(parts) && !FindEditorName(parts[1])) {
       QString err;
       if (!HandScriptCall(f_, parts[1], t.mid(1), &err))
         Fail(err.isEmpty() ? QStringLiteral("Editor has no %1").arg(parts[1]) : err);
       Settle();
       return;
     }
+    if (IsEditor(parts)) {
+      const EditorName& row = EditorRow(parts[1]);
+      if (!row.run) Fail(QStringLiteral("Editor.%1 is no command").arg(parts[1]));
+      QString err;
+      if (!row.run(f_, t.mid(1), &err)) Fail(QStringLiteral("Editor.%1: %2").arg(parts[1], err));
+      Settle();
+      return;
+    }
+    if (parts.size() != 2) Fail(QStringLiteral("\"%1\" names nothing known").arg(t[0]));
+    f_.keeper().history().Name(
+        (parts[0].compare(QStringLiteral("Form1"), Qt::CaseInsensitive) == 0 ? f_.keeper().StepName(parts[1], t.mid(1))
+                                                                             : parts[1])
+            .toStdString());
     VbForm* form = Form(parts[0]);
     QString err;
     if (!InvokeHandler(form->formWidget(), parts[1], t.mid(1), &err)) Fail(err);
@@ -300,7 +324,7 @@ class Runner {
 
   void Assign(const QString& target, const QString& value) {
     const QStringList parts = Dotted(target);
-    if (parts.size() == 2 && IsEditor(parts[0])) {
+    if (IsEditor(parts) && !FindEditorName(parts[1])) {
       QString err;
       if (!HandScriptSet(f_, parts[1], value, &err) &&
           (!err.isEmpty() || !AutoTileScriptSet(f_, parts[1], value, &err)))
@@ -308,6 +332,15 @@ class Runner {
       Settle();
       return;
     }
+    if (IsEditor(parts)) {
+      const EditorName& row = EditorRow(parts[1]);
+      if (!row.set) Fail(QStringLiteral("Editor.%1 cannot be set").arg(parts[1]));
+      QString err;
+      if (!row.set(f_, value, &err)) Fail(QStringLiteral("Editor.%1: %2").arg(parts[1], err));
+      f_.SyncControls();
+      return;
+    }
+    f_.keeper().history().Name("Set " + target.toStdString());
     if (parts.size() == 3) {
       VbForm* form = Form(parts[0]);
       QObject* ctl = Control(form, parts[1]);
@@ -331,11 +364,16 @@ class Runner {
 
   QString Value(const QString& item) {
     const QStringList parts = Dotted(item);
-    if (parts.size() == 2 && IsEditor(parts[0])) {
+    if (IsEditor(parts) && !FindEditorName(parts[1])) {
       QString out;
       if (!HandScriptGet(f_, parts[1], &out) && !AutoTileScriptGet(f_, parts[1], &out))
         Fail(QStringLiteral("Editor has no %1").arg(parts[1]));
       return out;
+    }
+    if (IsEditor(parts)) {
+      const EditorName& row = EditorRow(parts[1]);
+      if (!row.get) Fail(QStringLiteral("Editor.%1 has no value").arg(parts[1]));
+      return row.get(f_);
     }
     if (parts.size() == 2 || parts.size() == 3) {
       VbForm* form = Form(parts[0]);
@@ -376,6 +414,7 @@ class Runner {
     const int shift = t.size() > 3 ? static_cast<int>(ToNumber(t[3])) : 0;
     if (!s_.doc.OnMap(static_cast<int>(x), static_cast<int>(y)))
       Fail(QStringLiteral("hex (%1, %2) is not on the map").arg(x).arg(y));
+    f_.keeper().history().Name(f_.keeper().StepName(QStringLiteral("Picture1_MouseDown")).toStdString());
     double X = 0, Y = 0;
     ViewTransform(s_.ref, s_.view).HexCentre(static_cast<int>(x), static_cast<int>(y), X, Y);
     // The shift state counts as held for this press, as a key event would have set it.
@@ -406,9 +445,14 @@ int RunScript(Form1& form, std::istream& in, std::FILE* out, std::FILE* err) {
   while (std::getline(in, line)) {
     ++n;
     if (!line.empty() && line.back() == '\r') line.pop_back();
+    // Each line is one step of the history.
+    Keeper& keeper = form.keeper();
+    keeper.BeginStep();
     try {
       r.Line(QString::fromLatin1(line.c_str()));
+      keeper.EndStep();
     } catch (const ScriptError& e) {
+      keeper.EndStep();
       std::fflush(out);
       std::fprintf(err, "line %d: %s\n", n, e.text.toLatin1().constData());
       return 1;

@@ -318,7 +318,7 @@ void MaskedBlt(Bitmap& dst, int dx, int dy, int w, int h, const Bitmap& mask, in
   const RowSpans& spans = ActiveSpans(mask, mx, my, sprite, sx, sy, w, h);
   const int offX = ax - dx, offY = ay - dy;
   for (int r = 0; r < ah; ++r, d += ds, m += ms, sp += ss) {
-    const auto [f, e] = spans[static_cast<size_t>(offY + r)];
+    const auto [f, e] = spans[static_cast<size_t>(offY) + static_cast<size_t>(r)];
     const int c0 = std::max(f, offX) - offX, c1 = std::min(e, offX + aw) - offX;
     if (c0 < c1) MaskRow(d + c0, m + c0, sp + c0, c1 - c0);
   }

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <sstream>
 
+#include "gui/editorapp.h"
 #include "gui/script.h"
 
 namespace kvtest {
@@ -16,7 +17,7 @@ QApplication& GuiApp() {
   static char* argv[] = {name, nullptr};
   static QApplication* app = [] {
     setenv("QT_QPA_PLATFORM", "offscreen", 0);  // a real screen only when one is asked for
-    return new QApplication(argc, argv);
+    return new kv::gui::EditorApplication(argc, argv);
   }();
   return *app;
 }
