@@ -178,6 +178,9 @@ TEST(ZoomedView, IsTheFullSizePictureSampledOnTheZoomedGrid) {
       MakeBusy(r);
       Session& s = r.s;
       s.pens.HexOutlines = -1;
+      // Tiles beyond the sheet: the mask knocks the hexagon out, no sprite fills it.
+      s.doc.HexTile(5, 6) = 70;
+      s.doc.HexTile(6, 8) = 200;
       s.pens.GridOn = -1;
       s.pens.GridX = 4;
       s.pens.GridY = 3;
