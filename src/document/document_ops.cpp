@@ -9,6 +9,7 @@
 #include "view/render_api.h"
 #include "view/scrolling.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace kv {
@@ -92,7 +93,21 @@ void RetypeHexes(Session& s) {
   s.MapEdited();
 }
 
+void KeepPensOnMap(Session& s) {
+  const Document& d = s.doc;
+  Pens& p = s.pens;
+  auto inX = [&](int16_t& v) { v = std::clamp<int16_t>(v, 0, d.MapMaxX); };
+  auto inY = [&](int16_t& v) { v = std::clamp<int16_t>(v, 0, d.MapMaxY); };
+  inX(p.CurHexX);
+  inY(p.CurHexY);
+  inX(p.SelX1);
+  inX(p.SelX2);
+  inY(p.SelY1);
+  inY(p.SelY2);
+}
+
 void AfterDocumentReplaced(Session& s) {
+  KeepPensOnMap(s);
   s.MapReplaced();
   FillHexPixel(s);
   s.forms.Form5Loaded = false;

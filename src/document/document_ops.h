@@ -14,5 +14,9 @@ void RetypeHexes(Session& s);
 // After a wholesale replacement of the document: HexPixel, scroll ranges and
 // the closing of the jump map window, which is built again when next shown.
 void AfterDocumentReplaced(Session& s);
+// The current hex and the selection block brought onto the map (a value
+// that is on it stays as it is): a smaller map must not inherit a hex that
+// lies beyond its edge.
+void KeepPensOnMap(Session& s);
 
 }  // namespace kv

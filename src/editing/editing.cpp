@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "autotile/engine.h"
+#include "autotile/follow.h"
 #include "autotile/passes.h"
 #include "autotile/random.h"
 #include "document/mapfile.h"
@@ -86,8 +87,10 @@ void SetHex(Session& s, int16_t x, int16_t y) {
       if (p.RandomMode == -1) randomtile(s);
       if (p.AutoTile == 0) {
         // The learners read the surroundings before the hex changes.
-        if (r.RoadOf(p.CurTile) == 1) NewRoadPattern(s, x, y, p.CurTile);
-        NewPattern(s, x, y, p.CurTile);
+        const Lesson road = r.RoadOf(p.CurTile) == 1 ? NewRoadPattern(s, x, y, p.CurTile) : Lesson::None;
+        const Lesson other = NewPattern(s, x, y, p.CurTile);
+        if (s.ed.hooks.Learned && (road != Lesson::None || other != Lesson::None))
+          s.ed.hooks.Learned(s, LessonText(road, other, p.CurTile));
       }
       if (p.AutoTile == -1) {
         if (r.RoadOf(p.CurTile) == 1)
@@ -176,7 +179,13 @@ void Picture1_MouseDown(Session& s, int button, int /*shift*/, double X, double 
     RedrawBuffers(s);
   }
   if (button == 1 && p.ShiftKey == 0) {
+    const bool follow = NeighboursFollowPaint(s);
     SetHex(s, p.CurHexX, p.CurHexY);
+    if (follow)
+      for (const HexRef& h : FollowNeighbours(s, p.CurHexX, p.CurHexY)) {
+        s.MapEdited(HexRect::Hex(h.x, h.y));
+        RedrawHex(s, h.x, h.y);
+      }
     if (p.AutoTileResume == 1) {
       p.AutoTileResume = 0;
       p.AutoTile = -1;
@@ -270,6 +279,7 @@ namespace {
 
 void PenToCurrentHex(Session& s) {
   Pens& p = s.pens;
+  if (!s.doc.OnMap(p.CurHexX, p.CurHexY)) return;
   s.doc.HexTile(p.CurHexX, p.CurHexY) = p.CurTile;
   s.MapEdited(HexRect::Hex(p.CurHexX, p.CurHexY));
   RedrawHex(s, p.CurHexX, p.CurHexY);
@@ -316,11 +326,15 @@ void Form_KeyDown(Session& s, int keyCode, int shift) {
       break;
     case key::B:
     case key::N:
+      // A current hex left behind by a larger map, or set by a script, is
+      // no hex of this map: the key does nothing.
+      if (!d.OnMap(p.CurHexX, p.CurHexY)) break;
       p.CurTile = StepTileOfKind(s, p.CurTile, keyCode == key::B ? -1 : +1);
       PenToCurrentHex(s);
       break;
     case key::C: p.JumpBoxColour = p.JumpBoxColour == 0xFFFFFF ? 0 : 0xFFFFFF; break;
     case key::R:
+      if (!d.OnMap(p.CurHexX, p.CurHexY)) break;
       randomtile(s);
       PenToCurrentHex(s);
       break;

@@ -13,6 +13,9 @@ enum class Bar { H, V };
 void SetScrollValue(Session& s, Bar bar, int value);
 // New bar ranges after the map's size changed.
 void SetScrollRanges(Session& s);
+// Brings each bar's value inside its range (as the window system keeps it)
+// without firing its change: the view stays where it was put.
+void KeepScrollValuesInRange(Session& s);
 void HScroll1_Change(Session& s);
 void VScroll1_Change(Session& s);
 // Brings the view round a hex through the scroll bars (no redraw).
