@@ -117,7 +117,6 @@ void RecomposeBufferRect(Session& s, BufRect r) {
 
 void CompleteScrollStep(Session& s, int dx, int dy) {
   const ViewState& v = s.view;
-  const RefData& r = s.ref;
   const BufRect vis = Visible(s);
   // What came into the view from the buffer's margin: the part of the view
   // that the old view, shifted by a pitch (on the zoomed grid), does not cover.
