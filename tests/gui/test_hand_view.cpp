@@ -10,10 +10,12 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStatusBar>
+#include <QTest>
 #include <QWheelEvent>
 #include <memory>
 
 #include "gui/Form1.h"
+#include "gui/PictureBox.h"
 #include "gui/guitest.h"
 #include "gui/qtui.h"
 #include "gui/statusbar.h"
@@ -322,4 +324,44 @@ TEST(HandJumpMap, AnOpenJumpMapShowsAPaintedHexAtOnce) {
   s.pens.CurTile = 4;
   ASSERT_EQ(e.Run("clickhex 5 4\n"), 0);
   EXPECT_EQ(s.jump.Picture2.GetPixel(s.ref.JumpColPitch * 5 + 1, s.ref.JumpRowPitch * 4 + 1), after);
+}
+
+TEST(HandJumpMap, AnOpenJumpMapFollowsUndoAndRedoHexByHex) {
+  Editor e;
+  Session& s = e.s();
+  e.f->hand().LiveJumpMap = true;
+  e.f->Form_KeyDown(112, 0);  // F1
+  Settle();
+  ASSERT_TRUE(s.forms.Form5Loaded);
+  // What the jump map's window shows, and its picture.
+  auto* shown = e.form("Form5")->findChild<gui::PictureBox*>(QStringLiteral("Picture2"));
+  ASSERT_NE(shown, nullptr);
+  auto pixel = [&](int x, int y) {
+    const int px = s.ref.JumpColPitch * x + 1, py = s.ref.JumpRowPitch * y + 1;
+    const uint32_t own = s.jump.Picture2.GetPixel(px, py);
+    EXPECT_EQ(shown->source().pixel(px, py) & 0xFFFFFFu, own) << "the window shows its picture";
+    return own;
+  };
+  const uint32_t before = pixel(5, 4);
+  ASSERT_EQ(e.Run("CurTile = 0\nclickhex 5 4\n"), 0);
+  const uint32_t painted = pixel(5, 4);
+  ASSERT_NE(painted, before);
+  // A pixel far from the hex, spoiled: a step that redraws only its own hexes leaves it.
+  const int farX = s.ref.JumpColPitch * 12 + 1, farY = s.ref.JumpRowPitch * 9 + 1;
+  s.jump.Picture2.SetPixel(farX, farY, 0x123456);
+  ASSERT_EQ(e.Run("Editor.Undo\n"), 0);
+  EXPECT_EQ(pixel(5, 4), before);
+  ASSERT_EQ(e.Run("Editor.Redo\n"), 0);
+  EXPECT_EQ(pixel(5, 4), painted);
+  // The keys, as the window system delivers them.
+  e.f->show();
+  Settle();
+  e.f->activateWindow();
+  QTest::keyClick(e.f.get(), Qt::Key_Z, Qt::ControlModifier);
+  Settle();
+  EXPECT_EQ(pixel(5, 4), before);
+  QTest::keyClick(e.f.get(), Qt::Key_Y, Qt::ControlModifier);
+  Settle();
+  EXPECT_EQ(pixel(5, 4), painted);
+  EXPECT_EQ(s.jump.Picture2.GetPixel(farX, farY), 0x123456u);
 }
