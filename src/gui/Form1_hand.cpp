@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QKeySequence>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
@@ -200,6 +201,9 @@ MainLayout Form1::FittedLayout(int W, int H) {
 void Form1::FitToWindow() {
   Session& s = *session_;
   if (!loaded_ || unloaded_ || !hand_.LayoutFollowsWindow) return;
+  // A window not shown (a script's) lays out its parts only when asked: the
+  // view then follows the window's size, not the size the parts had at start.
+  if (!isVisible() && layout()) layout()->activate();
   QWidget* c = centralWidget();
   const int W = c->width(), H = c->height();
   if (W <= 0 || H <= 0) return;

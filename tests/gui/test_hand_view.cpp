@@ -302,7 +302,7 @@ TEST(HandScript, EditorZoomStrokeAndWheel) {
   for (int x = 1; x <= 8; ++x) EXPECT_EQ(e.s().doc.HexTile(x, 1), 12) << x;
   EXPECT_NE(e.s().doc.HexTile(9, 1), 12);
   ASSERT_EQ(e.Run("Editor.Zoom = 300\n", &out), 1);
-  EXPECT_NE(out.find("Editor.Zoom is 25 to 200"), std::string::npos) << out;
+  EXPECT_NE(out.find("Editor.Zoom: 25 to 200"), std::string::npos) << out;
   ASSERT_EQ(e.Run("Editor.Wheel -120 0\nprint ViewY\n", &out), 0) << out;
 }
 
