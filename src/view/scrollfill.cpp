@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "session.h"
+#include "view/mapview.h"
 #include "view/compose.h"
 #include "view/spritebank.h"
 
@@ -15,7 +15,7 @@ struct HexRange {
   int x0, y0, x1, y1;
 };
 
-HexRange FullRedrawRange(const Session& s, int viewX, int viewY) {
+HexRange FullRedrawRange(const MapView& s, int viewX, int viewY) {
   const ViewState& v = s.view;
   return {std::max(viewX - 1, 0), std::max(viewY - 2, 0), std::min<int>(v.ViewCols + viewX + 1, s.doc.MapMaxX),
           std::min<int>(v.ViewRows + viewY + 1, s.doc.MapMaxY)};
@@ -36,7 +36,7 @@ BufRect Intersect(BufRect a, BufRect b) {
 
 // The cells, in buffer pixels, of columns cx0..cx1 and rows cy0..cy1 (any
 // parity) for the present view origin.
-BufRect CellsOf(const Session& s, int cx0, int cx1, int cy0, int cy1) {
+BufRect CellsOf(const MapView& s, int cx0, int cx1, int cy0, int cy1) {
   if (cx0 > cx1 || cy0 > cy1) return {};
   const RefData& r = s.ref;
   const ViewState& v = s.view;
@@ -49,11 +49,11 @@ BufRect CellsOf(const Session& s, int cx0, int cx1, int cy0, int cy1) {
 }
 
 // The view's part of the buffer: view pixel (0, 0) is buffer pixel (ColPitch, RowPitch).
-BufRect Visible(const Session& s) { return {s.ref.ColPitch, s.ref.RowPitch, s.view.ViewPixW, s.view.ViewPixH}; }
+BufRect Visible(const MapView& s) { return {s.ref.ColPitch, s.ref.RowPitch, s.view.ViewPixW, s.view.ViewPixH}; }
 
 }  // namespace
 
-void RecomposeBufferRect(Session& s, BufRect r) {
+void RecomposeBufferRect(MapView& s, BufRect r) {
   SpriteBank& b = s.sprites;
   r = Intersect(r, {0, 0, b.BufDC.Width(), b.BufDC.Height()});
   if (r.Empty()) return;
@@ -84,7 +84,7 @@ void RecomposeBufferRect(Session& s, BufRect r) {
   BitBlt(b.BufDC, r.x, r.y, r.w, r.h, &scratch, W, H, SRCCOPY);
 }
 
-void CompleteScrollStep(Session& s, int dx, int dy) {
+void CompleteScrollStep(MapView& s, int dx, int dy) {
   const ViewState& v = s.view;
   const RefData& r = s.ref;
   const BufRect vis = Visible(s);

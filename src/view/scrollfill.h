@@ -9,7 +9,7 @@
 
 namespace kv {
 
-struct Session;
+struct MapView;
 
 // A rectangle of buffer pixels.
 struct BufRect {
@@ -20,10 +20,10 @@ struct BufRect {
 // Recomposes r of the buffer as RedrawBuffers composes it (black, then every
 // hex of its range whose cell meets r, columns outermost), touching no pixel
 // outside r and no map data.
-void RecomposeBufferRect(Session& s, BufRect r);
+void RecomposeBufferRect(MapView& s, BufRect r);
 
 // Completes a one-step scroll: dx is +1 after ScrollRight, -1 after ScrollLeft,
 // dy +1 after ScrollDown, -1 after ScrollUp (ViewX, ViewY already moved).
-void CompleteScrollStep(Session& s, int dx, int dy);
+void CompleteScrollStep(MapView& s, int dx, int dy);
 
 }  // namespace kv

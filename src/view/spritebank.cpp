@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "jumpmap/jumpmap.h"
 #include "platform/fileio.h"
-#include "session.h"
+#include "view/mapview.h"
 #include "view/compose.h"
 #include "view/render_api.h"
 
@@ -15,7 +14,7 @@ namespace {
 
 // A sheet that cannot be read stays empty: whatever is composed from it is
 // black or unchanged, and the editor runs on.
-void LoadSheet(Session& s, const char* rel, Bitmap& sheet) {
+void LoadSheet(MapView& s, const char* rel, Bitmap& sheet) {
   std::string err;
   Bitmap b;
   if (ReadBmpFile(s.App(rel), b, &err))
@@ -26,7 +25,7 @@ void LoadSheet(Session& s, const char* rel, Bitmap& sheet) {
 
 }  // namespace
 
-bool LoadTileSheet(Session& s) {
+bool LoadTileSheet(MapView& s) {
   Bitmap& sheet = s.sprites.TileSheet;
   std::string err;
   Bitmap b;
@@ -43,7 +42,7 @@ bool LoadTileSheet(Session& s) {
   return true;
 }
 
-void LoadSpriteBank(Session& s) {
+void LoadSpriteBank(MapView& s) {
   SpriteBank& b = s.sprites;
   LoadSheet(s, "bmp/blackhex.bmp", b.BlackHexDC);
   LoadSheet(s, "bmp/hexp.bmp", b.HexLineDC);
@@ -59,7 +58,7 @@ void LoadSpriteBank(Session& s) {
   LoadSheet(s, "bmp/contoursm.bmp", b.ContourMaskDC);
 }
 
-void BuildFlagBanks(Session& s) {
+void BuildFlagBanks(MapView& s) {
   struct Strip {
     Bitmap* bank;
     int w, h;
@@ -84,7 +83,7 @@ void BuildFlagBanks(Session& s) {
   }
 }
 
-void ComputeBufferSize(const Session& s, int32_t& w, int32_t& h) {
+void ComputeBufferSize(const MapView& s, int32_t& w, int32_t& h) {
   const RefData& r = s.ref;
   const ViewState& v = s.view;
   w = static_cast<int32_t>(v.ViewCols) * r.ColPitch + r.ColPitch * 2 + r.HexW;
@@ -95,7 +94,7 @@ void ComputeBufferSize(const Session& s, int32_t& w, int32_t& h) {
   h = std::max(h, 0);
 }
 
-void ClearPicture1(Session& s) {
+void ClearPicture1(MapView& s) {
   Bitmap& p = s.sprites.Picture1;
   if (p.Width() != s.view.ViewPixW || p.Height() != s.view.ViewPixH)
     p.Create(s.view.ViewPixW, s.view.ViewPixH);
@@ -103,7 +102,7 @@ void ClearPicture1(Session& s) {
   s.ui().Changed(Change::Picture1);
 }
 
-void BuildViewBuffer(Session& s) {
+void BuildViewBuffer(MapView& s) {
   SpriteBank& b = s.sprites;
   ComputeBufferSize(s, b.BufW, b.BufH);
   b.BufDC.Create(b.BufW, b.BufH);
@@ -118,7 +117,7 @@ void BuildViewBuffer(Session& s) {
   BlitPic1(s);
 }
 
-void RedrawBuffers(Session& s) {
+void RedrawBuffers(MapView& s) {
   SpriteBank& b = s.sprites;
   BitBlt(b.BufDC, 0, 0, b.BufW, b.BufH, &b.BufDC, 0, 0, BLACKNESS);
   const ViewState& v = s.view;
@@ -137,7 +136,7 @@ void RedrawBuffers(Session& s) {
   BlitPic1(s);
 }
 
-void BlitPic1(Session& s) {
+void BlitPic1(MapView& s) {
   SpriteBank& b = s.sprites;
   const ViewState& v = s.view;
   if (b.Picture1.Width() != v.ViewPixW || b.Picture1.Height() != v.ViewPixH) {
@@ -147,19 +146,12 @@ void BlitPic1(Session& s) {
   BitBlt(b.Picture1, 0, 0, v.ViewPixW, v.ViewPixH, &b.BufDC, s.ref.ColPitch, s.ref.RowPitch,
          SRCCOPY);
   s.ui().Changed(Change::Picture1);
-  if (s.forms.Form5Loaded) {
-    JumpMapState& j = s.jump;
-    const int bx = std::max(v.ViewX - j.HScroll1.Value, 0);
-    const int by = std::max(v.ViewY - j.VScroll1.Value, 0);
-    j.FormBox = {true, bx, by, bx + v.ViewCols, by + v.ViewRows, 0};
-    s.ui().Changed(Change::Picture2Cls);
-    s.ui().Changed(Change::Form5);
-  }
+  if (s.forms.Form5Loaded && s.viewHooks.ViewShown) s.viewHooks.ViewShown(s);
 }
 
 // The four one-step moves: one copy of the buffer within itself, then the
 // hexes that came in, drawn without the grid overlay.
-void ScrollLeft(Session& s) {
+void ScrollLeft(MapView& s) {
   SpriteBank& b = s.sprites;
   const ViewState& v = s.view;
   const int cp = s.ref.ColPitch;
@@ -169,7 +161,7 @@ void ScrollLeft(Session& s) {
     Print_hex(s, static_cast<int16_t>(v.ViewX), static_cast<int16_t>(y), 1);
 }
 
-void ScrollRight(Session& s) {
+void ScrollRight(MapView& s) {
   SpriteBank& b = s.sprites;
   const ViewState& v = s.view;
   const int cp = s.ref.ColPitch;
@@ -180,7 +172,7 @@ void ScrollRight(Session& s) {
     Print_hex(s, static_cast<int16_t>(xEnd), static_cast<int16_t>(y), 1);
 }
 
-void ScrollUp(Session& s) {
+void ScrollUp(MapView& s) {
   SpriteBank& b = s.sprites;
   const ViewState& v = s.view;
   const int rp = s.ref.RowPitch;
@@ -190,7 +182,7 @@ void ScrollUp(Session& s) {
     Print_hex(s, static_cast<int16_t>(x), static_cast<int16_t>(v.ViewY), 1);
 }
 
-void ScrollDown(Session& s) {
+void ScrollDown(MapView& s) {
   SpriteBank& b = s.sprites;
   const ViewState& v = s.view;
   const int rp = s.ref.RowPitch;

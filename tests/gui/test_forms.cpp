@@ -20,7 +20,7 @@
 #include <sstream>
 
 #include "analysis/aitables.h"
-#include "document/startup.h"
+#include "editing/startup.h"
 #include "gui/Form1.h"
 #include "gui/Form2.h"
 #include "gui/Form5.h"

@@ -15,7 +15,7 @@
 #include <string>
 
 #include "document/namestore.h"
-#include "document/recovery.h"
+#include "editing/recovery.h"
 #include "gui/Form1.h"
 #include "gui/guitest.h"
 #include "gui/keeper.h"
