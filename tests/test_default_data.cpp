@@ -11,11 +11,15 @@
 #include <filesystem>
 #include <map>
 #include <set>
+#include <sstream>
 
 #include "../tools/gen/art.h"
 #include "analysis/roadcheck.h"
 #include "autotile/engine.h"
 #include "autotile/passes.h"
+#include "autotile/stores.h"
+#include "document/document_ops.h"
+#include "editing/editing.h"
 #include "editing/fileflow.h"
 #include "document/namestore.h"
 #include "editing/startup.h"
@@ -302,11 +306,33 @@ TEST(DefaultData, TileListsAreWhatTheListBuilderMakes) {
     }
   }
   EXPECT_EQ(found, expected);
-  // The pattern stores start empty, and random painting has plain variants.
-  for (const char* d : {"roadpatterns", "bridgepatterns", "riverpatterns"}) {
-    EXPECT_TRUE(fs::is_directory(Path(std::string("mapedit/") + d)));
-    EXPECT_TRUE(fs::is_empty(Path(std::string("mapedit/") + d)));
+  // The pattern stores come learned: every file holds pairs, each pair a tile
+  // of the sheet, road pairs road tiles, river pairs river tiles.
+  std::map<std::string, int> pairs;
+  for (const char* d : {"roadpatterns", "bridgepatterns", "riverpatterns", "tilep03"}) {
+    ASSERT_TRUE(fs::is_directory(Path(std::string("mapedit/") + d))) << d;
+    for (const auto& f : fs::directory_iterator(Path(std::string("mapedit/") + d))) {
+      int here = 0;
+      ScanPatternPairs(kvtest::ReadBytes(f.path().string()), [&](const std::string& key, const std::string& tile) {
+        const int t = std::atoi(tile.c_str());
+        EXPECT_TRUE(t >= 0 && t < Tiles()) << f.path() << " " << key;
+        if (t < 0 || t >= Tiles()) return true;
+        if (std::string(d) == "riverpatterns") {
+          EXPECT_TRUE(ref.TileType[t] == 2 && !ref.TileRoad[t]) << key;
+        } else if (std::string(d) != "tilep03") {
+          EXPECT_TRUE(ref.TileRoad[t]) << key;
+        }
+        ++here;
+        return true;
+      });
+      EXPECT_GT(here, 0) << f.path();
+      pairs[d] += here;
+    }
   }
+  EXPECT_GT(pairs["roadpatterns"], 1000);
+  EXPECT_GT(pairs["bridgepatterns"], 20);
+  EXPECT_GT(pairs["riverpatterns"], 100);
+  EXPECT_GT(pairs["tilep03"], 10);
   const std::vector<uint8_t> rnd = kvtest::ReadBytes(Path("mapedit/randomtile.dat"));
   ASSERT_EQ(rnd.size(), static_cast<size_t>(Tiles()));
   std::map<int, int> variants;
@@ -453,6 +479,162 @@ TEST(DefaultData, AutoTilingGivesATileForEveryOutlineOfCoastsForestsWoodsCitiesA
     }
     EXPECT_GE(tiles.size(), 64u);
   }
+}
+
+// ---- Painting with the learned stores -------------------------------------------
+
+namespace {
+
+// River sides of each tile, from the catalogue the sheet is drawn from.
+std::vector<int> RiverBits() {
+  std::vector<int> bits;
+  const std::vector<uint8_t> text = kvtest::ReadBytes(std::string(KV_SOURCE_DIR) + "/tools/data/tiles.txt");
+  std::istringstream in(std::string(text.begin(), text.end()));
+  std::string line;
+  while (std::getline(in, line)) {
+    if (line.empty() || line[0] == '#') continue;
+    std::istringstream ls(line);
+    int tile = 0, terrain = 0;
+    std::string art, pattern, road, river;
+    ls >> tile >> terrain >> art >> pattern >> road >> river;
+    if (tile >= static_cast<int>(bits.size())) bits.resize(tile + 1);
+    for (char c : river)
+      if (c >= '1' && c <= '6') bits[tile] |= 1 << (c - '1');
+  }
+  return bits;
+}
+
+// A left click on the middle of hex (x, y), the view at the map's corner.
+void Click(Session& s, int x, int y) {
+  int32_t px = 0, py = 0;
+  HexToPixel(s.ref, x, y, px, py);
+  Picture1_MouseDown(s, 1, 0, px + 30.0, py + 25.0);
+}
+
+std::vector<std::pair<int, int>> LineOf(int x, int y, int side, int n) {
+  std::vector<std::pair<int, int>> out{{x, y}};
+  for (int i = 1; i < n; ++i) {
+    HexNeighbour(x, y, side);
+    out.push_back({x, y});
+  }
+  return out;
+}
+
+// Every road and river hex whose sides do not meet its neighbours, as text.
+std::string Misfits(const Session& s, const std::vector<int>& riverBits) {
+  const Document& d = s.doc;
+  const RefData& ref = s.ref;
+  std::string out;
+  for (int x = 0; x <= d.MapMaxX; ++x)
+    for (int y = 0; y <= d.MapMaxY; ++y) {
+      const int16_t t = d.HexTile(x, y);
+      const bool road = ref.TileRoad[t] != 0, river = ref.TileType[t] == 2;
+      if (!road && !river) continue;
+      int roadBits = 0;
+      for (int r = 1; r <= ref.RoadRows(); ++r)
+        if (ref.RoadTable(0, r) == t)
+          for (int k = 1; k <= 6; ++k) roadBits |= ref.RoadTable(k, r) << (k - 1);
+      for (int side = 1; side <= 6; ++side) {
+        int nx = x, ny = y;
+        HexNeighbour(nx, ny, side);
+        if (!d.OnMap(nx, ny)) continue;
+        const int16_t n = d.HexTile(nx, ny);
+        const int nt = d.HexInfo(nx, ny, 0);
+        const bool roadThere = ref.TileRoad[n] || nt == 5 || nt == 6 || nt == 14;
+        const bool riverThere = (ref.TileType[n] == 2 || ref.TileType[n] == 11 || ref.TileType[n] == 12) &&
+                                !(road && ref.TileRoad[n]);
+        if (road && ((roadBits >> (side - 1)) & 1) != roadThere)
+          out += "road " + std::to_string(x) + "," + std::to_string(y) + " tile " + std::to_string(t) + " side " +
+                 std::to_string(side) + "\n";
+        if (river && ((riverBits[t] >> (side - 1)) & 1) != riverThere)
+          out += "river " + std::to_string(x) + "," + std::to_string(y) + " tile " + std::to_string(t) + " side " +
+                 std::to_string(side) + "\n";
+      }
+    }
+  return out;
+}
+
+}  // namespace
+
+// A fresh program folder, auto-tile on, neighbours following: roads with a
+// bend, a crossroads, a junction, a river down to its mouth and a road over
+// it, painted hex by hex with one pen each, join up by themselves.
+TEST(DefaultData, PaintedRoadsRiversAndBridgesJoinTheirNeighbours) {
+  DataSession d;
+  ASSERT_TRUE(d.started);
+  Session& s = *d.s;
+  const std::vector<int> riverBits = RiverBits();
+  Document& doc = s.doc;
+  doc.MapMaxX = 21;
+  doc.MapMaxY = 15;
+  s.pens.CurTile = 34;
+  NewMap(s);
+  s.pens.AutoTile = -1;
+  s.pens.AutoNeighbours = -1;
+  auto paint = [&](int16_t pen, const std::vector<std::pair<int, int>>& hexes) {
+    for (auto [x, y] : hexes) {
+      s.pens.CurTile = pen;
+      Click(s, x, y);
+    }
+  };
+  // A road down and then off to the lower right (a bend).
+  auto bend = LineOf(2, 1, 2, 5);
+  auto more = LineOf(bend.back().first, bend.back().second, 1, 4);
+  bend.insert(bend.end(), more.begin() + 1, more.end());
+  paint(113, bend);
+  // Crossroads: a road down, then one across it from the lower left.
+  paint(113, LineOf(9, 1, 2, 7));
+  paint(163, LineOf(7, 5, 6, 5));
+  // A junction: a branch off the first road.
+  paint(98, LineOf(3, 3, 1, 3));
+  // A river from the top down to the bottom edge, and a road over it.
+  paint(180, LineOf(16, 1, 2, 12));
+  paint(113, LineOf(14, 6, 1, 5));
+  const std::string misfits = Misfits(s, riverBits);
+  EXPECT_TRUE(misfits.empty()) << misfits;
+  // The road over the river is a bridge, the river keeps its terrain there,
+  // and every road hex has its sides from its tile.
+  int bridges = 0, roads = 0;
+  for (int x = 0; x <= doc.MapMaxX; ++x)
+    for (int y = 0; y <= doc.MapMaxY; ++y) {
+      const int16_t t = doc.HexTile(x, y);
+      if (!s.ref.TileRoad[t]) continue;
+      ++roads;
+      bridges += doc.HexInfo(x, y, 0) == 2;
+      EXPECT_EQ(s.ref.TileType[t], doc.HexInfo(x, y, 0)) << x << "," << y;
+      for (int k = 1; k <= 6; ++k) {
+        int bit = 0;
+        for (int r = 1; r <= s.ref.RoadRows(); ++r)
+          if (s.ref.RoadTable(0, r) == t) bit = s.ref.RoadTable(k, r);
+        EXPECT_EQ(doc.HexInfo(x, y, k), bit) << x << "," << y << " side " << k;
+      }
+    }
+  EXPECT_EQ(bridges, 1);
+  EXPECT_GT(roads, 25);
+}
+
+// The same roads painted with the classic click leave dead ends; the roads
+// pass joins them up from the learned store.
+TEST(DefaultData, TheRoadsPassJoinsRoadsPaintedWithoutNeighboursFollowing) {
+  DataSession d;
+  ASSERT_TRUE(d.started);
+  Session& s = *d.s;
+  Document& doc = s.doc;
+  doc.MapMaxX = 21;
+  doc.MapMaxY = 15;
+  s.pens.CurTile = 34;
+  NewMap(s);
+  s.pens.AutoTile = -1;
+  for (auto [x, y] : LineOf(4, 2, 2, 8)) {
+    s.pens.CurTile = 113;
+    Click(s, x, y);
+  }
+  const std::string before = Misfits(s, RiverBits());
+  EXPECT_FALSE(before.empty());
+  s.pens.DefaultAreaAll = -1;
+  autoredrawroads_Click(s);
+  doroads_Click(s);
+  EXPECT_EQ(Misfits(s, RiverBits()), "");
 }
 
 // ---- Nations -----------------------------------------------------------------

@@ -101,6 +101,21 @@ void AutoDrawTile(Session& s, int16_t x, int16_t y, int16_t& tile) {
   if (tile > ref.TileMax) tile = -1;
 }
 
+std::string TerrainListPath(const Session& s, int16_t x, int16_t y) {
+  const int T = PenTerrain(s);
+  switch (T) {
+    case 0: return TileListPath(s, T, Digits(s, x, y, Edge::From1, true, [](int t) { return t == 0 || t == 14; }));
+    case 2:
+    case 11: return {};
+    case 5: return TileListPath(s, T, Digits(s, x, y, Edge::From0, false, [](int t) { return t == 5 || t == 14; }));
+    case 14: return TileListPath(s, T, Digits(s, x, y, Edge::From0, false, [](int t) { return t == 14 || t == 0; }));
+    case 8:
+    case 10:
+    case 12: return TileListPath(s, T, Digits(s, x, y, Edge::From0, false, TerrainGroup));
+    default: return TileListPath(s, T, Digits(s, x, y, Edge::From0, false, [T](int t) { return t == T; }));
+  }
+}
+
 void TerrainPattern(Session& s, int16_t x, int16_t y, int16_t& tile) {
   const std::string digits = Digits(s, x, y, Edge::From0, false, TerrainGroup);
   PickListTile(s, TileListPath(s, PenTerrain(s), digits), tile);
@@ -183,7 +198,7 @@ PairDrop DropOldSameOrForeign(const Session& s, const std::string& key, int hexT
 
 }  // namespace
 
-void NewRoadPattern(Session& s, int16_t x, int16_t y, int16_t tile) {
+Lesson NewRoadPattern(Session& s, int16_t x, int16_t y, int16_t tile) {
   const Document& d = s.doc;
   const RefData& ref = s.ref;
   const bool riverPen = RiverFamily(PenTerrain(s));
@@ -196,22 +211,41 @@ void NewRoadPattern(Session& s, int16_t x, int16_t y, int16_t tile) {
     return ref.RoadOf(d.HexTile(nx, ny)) == 1;
   });
   const std::string key = PatternKey(r);
-  if (key == "0-0-0-0-0-0") return;  // a road with no road around it teaches nothing
+  if (key == "0-0-0-0-0-0") return Lesson::None;  // a road with no road around it teaches nothing
   const std::string path = Store(s, riverPen ? "bridgepatterns" : "roadpatterns", PatternMask(r, true));
   StorePatternPair(s, path, key, tile, PatternSeed::Plain, DropOldOrSame(s, key));
+  return riverPen ? Lesson::Bridge : Lesson::Road;
 }
 
-void NewPattern(Session& s, int16_t x, int16_t y, int16_t tile) {
+Lesson NewPattern(Session& s, int16_t x, int16_t y, int16_t tile) {
   const int t = s.ref.TypeOf(tile);
-  if (t == 1) return;  // open ground is never learned
+  if (t == 1) return Lesson::None;  // open ground is never learned
   if (RiverFamily(t)) {
-    if (s.ref.RoadOf(tile) == 1)
+    if (s.ref.RoadOf(tile) == 1) {
       NewBridgePattern(s, x, y, tile);
-    else
-      NewRiverPattern(s, x, y, tile);
-    return;
+      return Lesson::Bridge;
+    }
+    NewRiverPattern(s, x, y, tile);
+    return Lesson::River;
   }
   SavePattern(s, x, y, tile);
+  return Lesson::Tile;
+}
+
+std::string LessonText(Lesson first, Lesson second, int16_t tile) {
+  auto name = [](Lesson l) -> std::string {
+    switch (l) {
+      case Lesson::Road: return "road";
+      case Lesson::Bridge: return "bridge";
+      case Lesson::River: return "river";
+      case Lesson::Tile: return "tile";
+      default: return {};
+    }
+  };
+  std::string what = name(first);
+  if (second != Lesson::None && second != first) what += (what.empty() ? "" : " and ") + name(second);
+  if (what.empty()) return {};
+  return "learned: " + what + " pattern for tile " + std::to_string(tile);
 }
 
 void NewBridgePattern(Session& s, int16_t x, int16_t y, int16_t tile) {

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 namespace kv {
 
@@ -32,14 +33,23 @@ void TerrainPattern(Session& s, int16_t x, int16_t y, int16_t& tile);
 // Tile pattern store of the pen's terrain. Always writes `tile`.
 void TilePattern(Session& s, int16_t x, int16_t y, int16_t& tile);
 
+// The terrain tile list that AutoDrawTile (or TerrainPattern) draws from for
+// the pen at (x, y); "" when the pen's terrain goes to the river store.
+std::string TerrainListPath(const Session& s, int16_t x, int16_t y);
+
 // ---- Learning ----------------------------------------------------------------
+
+// What a learner stored: nothing, or a pair in one of the four stores.
+enum class Lesson { None, Road, Bridge, River, Tile };
 
 // Road outline of `tile` at (x, y): road store, or bridge store when the pen's
 // terrain is 2, 11 or 12. Stores nothing for the key "0-0-0-0-0-0".
-void NewRoadPattern(Session& s, int16_t x, int16_t y, int16_t tile);
+Lesson NewRoadPattern(Session& s, int16_t x, int16_t y, int16_t tile);
 // Dispatches by the tile's terrain: 1 nothing; 2, 11, 12 bridge (road tile)
 // or river; anything else SavePattern.
-void NewPattern(Session& s, int16_t x, int16_t y, int16_t tile);
+Lesson NewPattern(Session& s, int16_t x, int16_t y, int16_t tile);
+// "learned: road and tile pattern for tile 164", or "" when nothing was learned.
+std::string LessonText(Lesson first, Lesson second, int16_t tile);
 void NewBridgePattern(Session& s, int16_t x, int16_t y, int16_t tile);
 void NewRiverPattern(Session& s, int16_t x, int16_t y, int16_t tile);
 // Tile pattern store of the pen's terrain (not the tile's).

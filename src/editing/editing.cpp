@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "autotile/engine.h"
+#include "autotile/follow.h"
 #include "autotile/passes.h"
 #include "autotile/random.h"
 #include "document/mapfile.h"
@@ -87,8 +88,10 @@ void SetHex(Session& s, int16_t x, int16_t y) {
       if (p.RandomMode == -1) randomtile(s);
       if (p.AutoTile == 0) {
         // The learners read the surroundings before the hex changes.
-        if (r.RoadOf(p.CurTile) == 1) NewRoadPattern(s, x, y, p.CurTile);
-        NewPattern(s, x, y, p.CurTile);
+        const Lesson road = r.RoadOf(p.CurTile) == 1 ? NewRoadPattern(s, x, y, p.CurTile) : Lesson::None;
+        const Lesson other = NewPattern(s, x, y, p.CurTile);
+        if (s.ed.hooks.Learned && (road != Lesson::None || other != Lesson::None))
+          s.ed.hooks.Learned(s, LessonText(road, other, p.CurTile));
       }
       if (p.AutoTile == -1) {
         if (r.RoadOf(p.CurTile) == 1)
@@ -178,7 +181,13 @@ void Picture1_MouseDown(Session& s, int button, int /*shift*/, double X, double 
     RedrawBuffers(s);
   }
   if (button == 1 && p.ShiftKey == 0) {
+    const bool follow = NeighboursFollowPaint(s);
     SetHex(s, p.CurHexX, p.CurHexY);
+    if (follow)
+      for (const HexRef& h : FollowNeighbours(s, p.CurHexX, p.CurHexY)) {
+        s.MapEdited(HexRect::Hex(h.x, h.y));
+        RedrawHex(s, h.x, h.y);
+      }
     if (p.AutoTileResume == 1) {
       p.AutoTileResume = 0;
       p.AutoTile = -1;

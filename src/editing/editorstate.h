@@ -83,6 +83,9 @@ struct EditorHooks {
   std::function<void(Session&, FormId)> TileScreenClosed;
   // An open tile data screen (Form11, Form13, Form14) shows the data of the new pen.
   std::function<void(Session&, FormId)> TileDataGetStuff;
+  // Comfort: what a paint with auto-tile off has just taught the stores
+  // ("learned: road pattern for tile 112"); the editor shows it in its status bar.
+  std::function<void(Session&, const std::string&)> Learned;
 };
 
 struct EditorState {

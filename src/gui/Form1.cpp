@@ -12,11 +12,14 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
+#include <QSettings>
+#include <QStatusBar>
 
 #include "analysis/aitables.h"
 #include "analysis/landmass.h"
 #include "analysis/roadcheck.h"
 #include "autotile/passes.h"
+#include "autotile/reset.h"
 #include "editing/clipboard.h"
 #include "editing/fileflow.h"
 #include "editing/filemenu.h"
@@ -39,10 +42,12 @@
 #include "gui/LoadSave.h"
 #include "gui/formkit.h"
 #include "gui/keeper.h"
+#include "gui/usersettings.h"
 #include "gui/recentmaps.h"
 #include "gui/toolwindows.h"
 #include "gui/PictureBox.h"
 #include "jumpmap/mapimage.h"
+#include "platform/appfolder.h"
 #include "platform/bitmap.h"
 #include "view/render_api.h"
 #include "view/scrolling.h"
@@ -84,6 +89,8 @@ const MenuEntry kMenu[] = {
     {"mAutoMoutains", "auto redraw Mountains", 1, true},
     {"mMapRebuild", "Redraw Map based on Terrain", 1, true},
     {"mRandom", "Random Tiles", 1, true},
+    {"mAutoNeighbours", "Neighbours Follow", 1, true},
+    {"mResetPatterns", "Reset Learned Patterns...", 1, true},
     {"menu_hexsides", "Hex Sides", 0, true},
     {"mHexSides", "&Hexsides on", 1, true},
     {"HexControl", "Hex Control", 0, true},
@@ -155,6 +162,12 @@ Form1::Form1(std::string appPath, QWidget* parent) : QMainWindow(parent) {
   hooks.TileDataGetStuff = [this](Session&, FormId form) {
     if (VbForm* f = FormByName(QString::fromLatin1(FormName(form))))
       QMetaObject::invokeMethod(f->formWidget(), "GetStuff", Qt::DirectConnection);
+  };
+  // What a paint taught: in the status bar, and in the editor (not in a
+  // script, whose Label3 stays classic) in Label3 too until the pointer moves.
+  hooks.Learned = [this](Session& s, const std::string& text) {
+    statusBar()->showMessage(Q(text), 8000);
+    if (rememberSettings_) s.SetLabel3(text);
   };
   hooks.ClearTilePickerDrawing = [this](Session&) {
     if (form2_) form2_->SyncControls();
@@ -298,7 +311,7 @@ void Form1::BuildMenu() {
     action->setEnabled(m.enabled);
     action->setVisible(m.visible);
   }
-  for (const char* n : {"mRandom", "mHexSides", "HexControlOn", "HexControlOFF", "mGrid"})
+  for (const char* n : {"mRandom", "mAutoNeighbours", "mHexSides", "HexControlOn", "HexControlOFF", "mGrid"})
     if (auto* a = findChild<QAction*>(QString::fromLatin1(n))) a->setCheckable(true);
   // File > Recent Maps, before Exit.
   recent_ = new RecentMaps(findChild<QMenu*>(QStringLiteral("menu_file")),
@@ -463,6 +476,7 @@ void Form1::SyncControls() {
   auto action = [this](const char* n) { return findChild<QAction*>(QString::fromLatin1(n)); };
   action("mRandom")->setText(Q(f.mRandomCaption));
   action("mRandom")->setChecked(f.mRandomChecked);
+  action("mAutoNeighbours")->setChecked(s.pens.AutoNeighbours == -1);
   action("mHexSides")->setText(Q(f.mHexSidesCaption));
   action("mHexSides")->setChecked(f.mHexSidesChecked);
   action("mShowRoadControl")->setText(Q(f.mShowRoadControlCaption));
@@ -803,6 +817,47 @@ void Form1::mHexSides_Click() { kv::mHexSides_Click(*session_); SyncControls(); 
 void Form1::mShowRoadControl_Click() { kv::mShowRoadControl_Click(*session_); SyncControls(); }
 void Form1::mDefaultArea_Click() { kv::mDefaultArea_Click(*session_); SyncControls(); }
 void Form1::mRandom_Click() { kv::mRandom_Click(*session_); SyncControls(); }
+
+// ---- Comfort: neighbours that follow, learning that says so --------------------
+
+namespace {
+const char* kNeighboursKey = "NeighboursFollow";
+}  // namespace
+
+void Form1::UseEditorSettings(const std::string& starterFolder) {
+  rememberSettings_ = true;
+  starterFolder_ = starterFolder;
+  const QSettings* st = UserSettings();
+  session_->pens.AutoNeighbours = !st || st->value(QString::fromLatin1(kNeighboursKey), true).toBool() ? -1 : 0;
+  SyncControls();
+}
+
+void Form1::mAutoNeighbours_Click() {
+  Pens& p = session_->pens;
+  p.AutoNeighbours = p.AutoNeighbours == -1 ? 0 : -1;
+  if (QSettings* st = UserSettings(); st && rememberSettings_)
+    st->setValue(QString::fromLatin1(kNeighboursKey), p.AutoNeighbours == -1);
+  statusBar()->showMessage(p.AutoNeighbours == -1 ? QStringLiteral("neighbours follow the painted hex")
+                                                  : QStringLiteral("neighbours keep their tiles"),
+                           5000);
+  SyncControls();
+}
+
+void Form1::mResetPatterns_Click() {
+  Session& s = *session_;
+  const std::string starter =
+      starterFolder_.empty() ? DefaultDataFolder(QCoreApplication::applicationDirPath().toStdString()) : starterFolder_;
+  if (s.MsgBox("Forget every road, bridge, river and tile pattern learned in this program folder, and start "
+               "again from the starter patterns that come with the editor?",
+               vbYesNoDefaultNo) != 6)
+    return;
+  std::string err;
+  if (!ResetLearnedStores(s, starter, &err)) {
+    s.MsgBox(err, vbOKOnly);
+    return;
+  }
+  statusBar()->showMessage(QStringLiteral("learned patterns reset to the starter patterns"), 8000);
+}
 void Form1::HexControlOn_Click() { kv::HexControlOn_Click(*session_); SyncControls(); }
 void Form1::HexControlOFF_Click() { kv::HexControlOFF_Click(*session_); SyncControls(); }
 void Form1::mOriginalOwner_Click() { kv::mOriginalOwner_Click(*session_); }

@@ -63,6 +63,11 @@ class Form1 : public QMainWindow, public VbForm {
   const MainLayout& layoutRects() const { return layout_; }
   // The screen the window is laid out for, instead of the primary screen.
   void SetScreenSize(int w, int h);
+  // The editor proper (not a script): the comforts the user switched on or
+  // off last time (neighbours that follow, on by default) come back, their
+  // menu entries remember what they are set to, and "Reset Learned
+  // Patterns" takes its starter patterns from `starterFolder`.
+  void UseEditorSettings(const std::string& starterFolder);
 
   // The comfort layer (Form1_hand.cpp): presses, moves and the wheel over
   // the view in the window's pixels inside its border, the zoom, the layout.
@@ -121,6 +126,8 @@ class Form1 : public QMainWindow, public VbForm {
   Q_INVOKABLE void mShowRoadControl_Click();
   Q_INVOKABLE void mDefaultArea_Click();
   Q_INVOKABLE void mRandom_Click();
+  Q_INVOKABLE void mAutoNeighbours_Click();
+  Q_INVOKABLE void mResetPatterns_Click();
   Q_INVOKABLE void HexControlOn_Click();
   Q_INVOKABLE void HexControlOFF_Click();
   Q_INVOKABLE void mOriginalOwner_Click();
@@ -175,6 +182,8 @@ class Form1 : public QMainWindow, public VbForm {
   bool loaded_ = false, unloaded_ = false;
   bool syncing_ = false;
   bool screenGiven_ = false;
+  bool rememberSettings_ = false;
+  std::string starterFolder_;
   bool busyCursor_ = false;
 
   QLineEdit *Text1_ = nullptr, *Text2_ = nullptr, *Text4_ = nullptr, *Text3_[3] = {};

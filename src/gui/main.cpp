@@ -76,6 +76,7 @@ int main(int argc, char** argv) {
   }
   kv::gui::Form1 form(dir);
   if (!form.Form_Load()) return 1;
+  form.UseEditorSettings(kv::DefaultDataFolder(QCoreApplication::applicationDirPath().toStdString()));
   form.show();
   // Unsaved work of an editor that died is offered first; a map named on the
   // command line opens unless such work was recovered.

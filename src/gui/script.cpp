@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "gui/Form1.h"
+#include "gui/autotilescript.h"
 #include "gui/editorscript.h"
 #include "gui/keeper.h"
 #include "gui/handscript.h"
@@ -325,7 +326,8 @@ class Runner {
     const QStringList parts = Dotted(target);
     if (IsEditor(parts) && !FindEditorName(parts[1])) {
       QString err;
-      if (!HandScriptSet(f_, parts[1], value, &err))
+      if (!HandScriptSet(f_, parts[1], value, &err) &&
+          (!err.isEmpty() || !AutoTileScriptSet(f_, parts[1], value, &err)))
         Fail(err.isEmpty() ? QStringLiteral("Editor has no %1").arg(parts[1]) : err);
       Settle();
       return;
@@ -364,7 +366,8 @@ class Runner {
     const QStringList parts = Dotted(item);
     if (IsEditor(parts) && !FindEditorName(parts[1])) {
       QString out;
-      if (!HandScriptGet(f_, parts[1], &out)) Fail(QStringLiteral("Editor has no %1").arg(parts[1]));
+      if (!HandScriptGet(f_, parts[1], &out) && !AutoTileScriptGet(f_, parts[1], &out))
+        Fail(QStringLiteral("Editor has no %1").arg(parts[1]));
       return out;
     }
     if (IsEditor(parts)) {

@@ -33,6 +33,11 @@ struct Pens {
   int16_t FromMapEdit = 0;
   int16_t ImgScaleA = 75, ImgScaleB = 75;
   int16_t ColourCRV = 4;
+
+  // Comfort layer, off unless switched on (the editor does; scripts do with
+  // Editor.AutoNeighbours = -1): a tile painted with auto-tile on also
+  // chooses its six neighbours again (autotile/follow.h).
+  int16_t AutoNeighbours = 0;
 };
 
 }  // namespace kv

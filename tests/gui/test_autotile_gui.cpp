@@ -259,3 +259,39 @@ TEST(TileScreensGui, OpenedFromThePickerFollowThePenAndSave) {
   ASSERT_NE(w.f->FormByName("Form14", false), nullptr);
   EXPECT_TRUE(w.f->FormByName("Form14", false)->formWidget()->isVisible());
 }
+
+// Neighbours that follow: off while a script runs, so that classic scripts
+// print what they always printed; on when the script says so, and then the
+// Tiles menu shows it checked.
+TEST(AutoTileScript, NeighboursFollowOnlyWhenTheScriptSaysSo) {
+  Window w;
+  w.Write("mapedit/t00/000000.txt", "004\r\n");  // a lake
+  w.Write("mapedit/t00/100000.txt", "000\r\n");  // sea above
+  w.Write("mapedit/t00/000400.txt", "000\r\n");  // sea below
+  std::string out;
+  ASSERT_EQ(w.Run("print Editor.AutoNeighbours\n"
+                  "Form1.Command2_Click\n"
+                  "CurTile = 0\n"
+                  "clickhex 5 5\n"
+                  "clickhex 5 6\n"
+                  "print HexTile(5,5)\n"
+                  "Editor.AutoNeighbours = -1\n"
+                  "CurTile = 0\n"
+                  "clickhex 8 5\n"
+                  "clickhex 8 6\n"
+                  "print HexTile(8,5) HexTile(8,6) Editor.AutoNeighbours\n",
+                  &out),
+            0)
+      << out;
+  EXPECT_NE(out.find("Editor.AutoNeighbours=0\nHexTile(5,5)=4\n"), std::string::npos) << out;
+  EXPECT_NE(out.find("HexTile(8,5)=0\nHexTile(8,6)=0\nEditor.AutoNeighbours=-1\n"), std::string::npos) << out;
+  auto* entry = w.f->findChild<QAction*>(QStringLiteral("mAutoNeighbours"));
+  ASSERT_NE(entry, nullptr);
+  EXPECT_TRUE(entry->isCheckable());
+  EXPECT_TRUE(entry->isChecked());
+  ASSERT_EQ(w.Run("Form1.mAutoNeighbours_Click\nprint Editor.AutoNeighbours\n", &out), 0) << out;
+  EXPECT_NE(out.find("Editor.AutoNeighbours=0\n"), std::string::npos) << out;
+  EXPECT_FALSE(entry->isChecked());
+  ASSERT_EQ(w.Run("Editor.AutoNeighbours = 2\n", &out), 1);
+  EXPECT_NE(out.find("Editor.AutoNeighbours is -1 (on) or 0 (off)"), std::string::npos) << out;
+}

@@ -531,7 +531,7 @@ bool MakeExampleMap(const fs::path& dir, const fs::path& src, std::string* err) 
       fs::remove_all(p, e);
     }
   } cleanup{app};
-  if (!Generate(app, src, err)) return false;
+  if (!Generate(app, src, err, false)) return false;  // the map asks no pattern store
 
   fs::create_directories(dir, ec);
   const fs::path map = fs::absolute(dir / "example.map", ec);

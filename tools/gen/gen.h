@@ -14,8 +14,10 @@
 namespace kvgen {
 
 // The default program folder from the catalogues in `src`, written into
-// `out` (which must not hold other files than those of an earlier run).
-bool Generate(const std::filesystem::path& out, const std::filesystem::path& src, std::string* err);
+// `out` (which must not hold other files than those of an earlier run); with
+// `train`, the starter pattern stores too (TrainStores).
+bool Generate(const std::filesystem::path& out, const std::filesystem::path& src, std::string* err,
+              bool train = true);
 // The same after emptying an earlier run's folder; refuses a folder that
 // this program did not make.
 bool GenerateFresh(const std::filesystem::path& out, const std::filesystem::path& src, std::string* err);
@@ -43,6 +45,10 @@ struct NationDef {
   std::string design;
   std::array<uint32_t, 3> colour{};
 };
+
+// The road, bridge, river and mountain stores of the program folder `out`,
+// learned by the editor from training maps painted in a copy of it.
+bool TrainStores(const std::filesystem::path& out, const std::vector<TileDef>& cat, std::string* err);
 
 bool ReadCatalogue(const std::string& path, std::vector<TileDef>& out, std::string* err);
 bool ReadNationDefs(const std::string& path, std::vector<NationDef>& out, std::string* err);

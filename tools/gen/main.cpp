@@ -5,7 +5,8 @@
 // Writes the default program folder into OUT from the text catalogues in
 // SOURCES (tools/data of the source tree when not given): the tile sheet and
 // sprites, the terrain, tile and road tables, the nation set "default" with
-// its flags, the starter auto-tile data and the help texts. The output is
+// its flags, the starter auto-tile data (tile lists, and the pattern stores
+// the editor learns from training maps) and the help texts. The output is
 // the same, byte for byte, on every run.
 #include <cstdio>
 #include <filesystem>
@@ -55,7 +56,7 @@ std::string Crlf(const std::string& text) {
 
 }  // namespace
 
-bool kvgen::Generate(const fs::path& out, const fs::path& src, std::string* err) {
+bool kvgen::Generate(const fs::path& out, const fs::path& src, std::string* err, bool train) {
   std::vector<TileDef> tiles;
   std::vector<NationDef> nations;
   if (!ReadCatalogue((src / "tiles.txt").string(), tiles, err)) return false;
@@ -156,7 +157,8 @@ bool kvgen::Generate(const fs::path& out, const fs::path& src, std::string* err)
       "\"Right click - the menu of the three tile screens.\"\n"
       "\"Each screen has its key too, F2 to F4:\"\n";
   if (!WriteFile(out / "tvk_info/s2_help.txt", Crlf(help), err)) return false;
-  return WriteFile(out / kMarker, "default program folder, generated\n", err);
+  if (!WriteFile(out / kMarker, "default program folder, generated\n", err)) return false;
+  return !train || TrainStores(out, tiles, err);
 }
 
 namespace {
