@@ -10,6 +10,7 @@
 #include "autotile/reset.h"
 #include "document/document_ops.h"
 #include "editing/editing.h"
+#include "editing/mapload.h"
 #include "editing/startup.h"
 #include "session.h"
 #include "testutil.h"

@@ -20,6 +20,7 @@
 #include "autotile/stores.h"
 #include "document/document_ops.h"
 #include "editing/editing.h"
+#include "editing/mapload.h"
 #include "editing/fileflow.h"
 #include "document/namestore.h"
 #include "editing/startup.h"

@@ -27,6 +27,7 @@
 #include "autotile/stores.h"
 #include "document/document_ops.h"
 #include "editing/editing.h"
+#include "editing/mapload.h"
 #include "editing/startup.h"
 #include "gen.h"
 #include "platform/fileio.h"
