@@ -158,8 +158,8 @@ void NewTile(Session& s, int16_t x, int16_t y) {
 void UpdateTiles(Session& s) {
   Document& d = s.doc;
   const RefData& ref = s.ref;
-  for (int16_t x = 0; x <= d.MapMaxX; ++x)
-    for (int16_t y = 0; y <= d.MapMaxY; ++y) {
+  for (int x = 0; x <= d.MapMaxX; ++x)
+    for (int y = 0; y <= d.MapMaxY; ++y) {
       if (d.HexTile(x, y) > ref.TileMax) NewTile(s, x, y);
       const int16_t tile = d.HexTile(x, y);
       if (tile == 544 || ref.TypeOf(tile) != d.HexInfo(x, y, 0)) NewTile(s, x, y);
@@ -182,8 +182,8 @@ void mRedoTerrain_Click(Session& s) {
 void doroads_Click(Session& s) {
   WriteSnapshot(s);
   Document& d = s.doc;
-  for (int16_t x = 0; x <= d.MapMaxX; ++x)
-    for (int16_t y = 0; y <= d.MapMaxY; ++y) ConnectRoads(s, x, y);
+  for (int x = 0; x <= d.MapMaxX; ++x)
+    for (int y = 0; y <= d.MapMaxY; ++y) ConnectRoads(s, x, y);
   // Cleared in place: a side cleared early counts as 0 for later hexes.
   for (int x = 0; x <= d.MapMaxX; ++x)
     for (int y = 0; y <= d.MapMaxY; ++y)
@@ -201,8 +201,9 @@ void doroads_Click(Session& s) {
 void MemorizeRoads_Click(Session& s) {
   Document& d = s.doc;
   ResetStoreProblem(s);
-  for (int16_t x = 0; x <= d.MapMaxX; ++x) {
-    for (int16_t y = 0; y <= d.MapMaxY; ++y) {
+  const StoreBatch batch(s);
+  for (int x = 0; x <= d.MapMaxX; ++x) {
+    for (int y = 0; y <= d.MapMaxY; ++y) {
       const int t = d.HexInfo(x, y, 0);
       if (t == 14 || t == 5 || t == 6 || s.ref.RoadOf(d.HexTile(x, y)) == 1) {
         s.pens.CurTile = d.HexTile(x, y);
@@ -217,9 +218,12 @@ void MemoriseRivers_Click(Session& s) {
   Document& d = s.doc;
   s.SetPointer(vbHourglass);
   ResetStoreProblem(s);
-  for (int16_t x = 0; x <= d.MapMaxX; ++x)
-    for (int16_t y = 0; y <= d.MapMaxY; ++y)
-      if (RiverFamily(d.HexInfo(x, y, 0))) NewRiverPattern(s, x, y, d.HexTile(x, y));
+  {
+    const StoreBatch batch(s);
+    for (int x = 0; x <= d.MapMaxX; ++x)
+      for (int y = 0; y <= d.MapMaxY; ++y)
+        if (RiverFamily(d.HexInfo(x, y, 0))) NewRiverPattern(s, x, y, d.HexTile(x, y));
+  }
   s.SetPointer(vbArrow);
 }
 
@@ -227,14 +231,17 @@ void mMountains_Click(Session& s) {
   Document& d = s.doc;
   s.SetPointer(vbHourglass);
   ResetStoreProblem(s);
-  for (int16_t x = 0; x <= d.MapMaxX; ++x)
-    for (int16_t y = 0; y <= d.MapMaxY; ++y) {
-      const int t = d.HexInfo(x, y, 0);
-      if (RiverFamily(t))
-        NewRiverPattern(s, x, y, d.HexTile(x, y));
-      else if (t == 3)
-        SavePattern(s, x, y, d.HexTile(x, y));
-    }
+  {
+    const StoreBatch batch(s);
+    for (int x = 0; x <= d.MapMaxX; ++x)
+      for (int y = 0; y <= d.MapMaxY; ++y) {
+        const int t = d.HexInfo(x, y, 0);
+        if (RiverFamily(t))
+          NewRiverPattern(s, x, y, d.HexTile(x, y));
+        else if (t == 3)
+          SavePattern(s, x, y, d.HexTile(x, y));
+      }
+  }
   s.SetPointer(vbArrow);
 }
 
@@ -243,10 +250,13 @@ void LearnVisibleForests(Session& s) {
   s.SetPointer(vbHourglass);
   ResetStoreProblem(s);
   const HexRect a = ViewTransform(s.ref, s.view).Visible().ClippedTo(d.MapMaxX, d.MapMaxY);
-  for (int x = a.x1; x <= a.x2; ++x)
-    for (int y = a.y1; y <= a.y2; ++y)
-      if (d.HexInfo(x, y, 0) == 8)
-        NewPattern(s, static_cast<int16_t>(x), static_cast<int16_t>(y), d.HexTile(x, y));
+  {
+    const StoreBatch batch(s);
+    for (int x = a.x1; x <= a.x2; ++x)
+      for (int y = a.y1; y <= a.y2; ++y)
+        if (d.HexInfo(x, y, 0) == 8)
+          NewPattern(s, static_cast<int16_t>(x), static_cast<int16_t>(y), d.HexTile(x, y));
+  }
   s.SetPointer(vbArrow);
 }
 
@@ -256,8 +266,8 @@ void ScatterWoods(Session& s) {
   Document& d = s.doc;
   const RefData& ref = s.ref;
   if (const int f = FirstTileOf(ref, 8); f >= 0) s.pens.CurTile = static_cast<int16_t>(f);
-  for (int16_t x = 0; x <= d.MapMaxX; ++x)
-    for (int16_t y = 0; y <= d.MapMaxY; ++y) {
+  for (int x = 0; x <= d.MapMaxX; ++x)
+    for (int y = 0; y <= d.MapMaxY; ++y) {
       if (d.HexInfo(x, y, 0) != 1 || ref.RoadOf(d.HexTile(x, y)) != 0) continue;
       const int r = static_cast<int>(std::floor(s.Rnd() * 20.0f + 1.0f));
       if (r != 1) continue;

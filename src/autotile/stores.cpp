@@ -45,6 +45,11 @@ struct PatternStoreState {
   // Folders seen or made. Nothing of ours removes a folder; should someone
   // else, a write into it makes it again (WriteWhole's callers below).
   std::unordered_set<std::string> folders;
+  // While a pass learns (StoreBatch), the new text of each pattern file it
+  // changed, in the order first changed; written out when the pass ends.
+  int batchDepth = 0;
+  std::unordered_map<std::string, std::string> pending;
+  std::vector<std::string> pendingOrder;
 
   void Forget(const std::string& path) { files.erase(path); }
 };
@@ -278,24 +283,12 @@ int16_t FindPatternTile(Session& s, const std::string& path, const std::string& 
   return found;
 }
 
-void StorePatternPair(Session& s, const std::string& path, const std::string& key, int16_t tile,
-                      PatternSeed seed, const PairDrop& drop) {
-  PatternStoreState& st = State(s);
-  st.Forget(path);
-  std::vector<uint8_t> bytes;
-  if (!FileExists(path)) {
-    const std::string_view seedText = SeedText(seed);
-    if (!WriteWhole(path, seedText)) {
-      ReportStoreProblem(s, path);
-      return;
-    }
-    bytes.assign(seedText.begin(), seedText.end());
-  } else if (!ReadWhole(path, bytes)) {
-    ReportStoreProblem(s, path);
-    return;
-  }
-  const std::string temp = s.App("mapedit/temp.txt");
-  if (FileExists(temp)) RemoveFile(temp);
+namespace {
+
+// The file's text with every pair `drop` refuses left out and the new pair
+// and the sentinel at the end.
+std::string UpdatedPatternText(std::span<const uint8_t> bytes, const std::string& key, int16_t tile,
+                               const PairDrop& drop) {
   std::string out;
   out.reserve(bytes.size() + key.size() + 16);
   ScanPatternPairs(bytes, [&](const std::string& k, const std::string& t) {
@@ -311,6 +304,78 @@ void StorePatternPair(Session& s, const std::string& path, const std::string& ke
   out += ',';
   out += std::to_string(tile);
   out += "\r\n-1\r\n";
+  return out;
+}
+
+// A lesson within a batch: the text is changed in memory, from the file as
+// the batch last left it (or as it stands on disk, or its seed when missing).
+void StorePatternPairInBatch(Session& s, PatternStoreState& st, const std::string& path, const std::string& key,
+                             int16_t tile, PatternSeed seed, const PairDrop& drop) {
+  auto it = st.pending.find(path);
+  if (it == st.pending.end()) {
+    std::vector<uint8_t> bytes;
+    if (!FileExists(path)) {
+      const std::string_view seedText = SeedText(seed);
+      bytes.assign(seedText.begin(), seedText.end());
+    } else if (!ReadWhole(path, bytes)) {
+      ReportStoreProblem(s, path);
+      return;
+    }
+    st.pendingOrder.push_back(path);
+    it = st.pending.emplace(path, UpdatedPatternText(bytes, key, tile, drop)).first;
+    return;
+  }
+  const std::string& cur = it->second;
+  it->second = UpdatedPatternText(std::span(reinterpret_cast<const uint8_t*>(cur.data()), cur.size()), key, tile, drop);
+}
+
+}  // namespace
+
+StoreBatch::StoreBatch(Session& s) : s_(s) { ++State(s).batchDepth; }
+
+StoreBatch::~StoreBatch() {
+  PatternStoreState& st = State(s_);
+  if (--st.batchDepth > 0) return;
+  // The work file of a single lesson is never left behind by a batch either.
+  const std::string temp = s_.App("mapedit/temp.txt");
+  if (!st.pendingOrder.empty() && FileExists(temp)) RemoveFile(temp);
+  bool ok = true;
+  const bool any = !st.pendingOrder.empty();
+  for (const std::string& path : st.pendingOrder) {
+    st.Forget(path);
+    if (!WriteWhole(path, st.pending[path])) {
+      ReportStoreProblem(s_, path);
+      ok = false;
+    }
+  }
+  st.pending.clear();
+  st.pendingOrder.clear();
+  if (ok && any) st.problemReported = false;
+}
+
+void StorePatternPair(Session& s, const std::string& path, const std::string& key, int16_t tile,
+                      PatternSeed seed, const PairDrop& drop) {
+  PatternStoreState& st = State(s);
+  st.Forget(path);
+  if (st.batchDepth > 0) {
+    StorePatternPairInBatch(s, st, path, key, tile, seed, drop);
+    return;
+  }
+  std::vector<uint8_t> bytes;
+  if (!FileExists(path)) {
+    const std::string_view seedText = SeedText(seed);
+    if (!WriteWhole(path, seedText)) {
+      ReportStoreProblem(s, path);
+      return;
+    }
+    bytes.assign(seedText.begin(), seedText.end());
+  } else if (!ReadWhole(path, bytes)) {
+    ReportStoreProblem(s, path);
+    return;
+  }
+  const std::string temp = s.App("mapedit/temp.txt");
+  if (FileExists(temp)) RemoveFile(temp);
+  const std::string out = UpdatedPatternText(bytes, key, tile, drop);
   if (!WriteWhole(temp, out)) {
     RemoveFile(temp);
     ReportStoreProblem(s, temp);

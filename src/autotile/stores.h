@@ -89,6 +89,22 @@ using PairDrop = std::function<bool(const std::string& key, const std::string& t
 void StorePatternPair(Session& s, const std::string& path, const std::string& key, int16_t tile,
                       PatternSeed seed, const PairDrop& drop);
 
+// For its lifetime, StorePatternPair changes the files' texts in memory and
+// the batch's end writes each changed file once: a pass over a whole map
+// leaves the files it would have left writing every lesson at once, at the
+// cost of one write a file instead of two a hex. Nothing may look a pattern
+// up inside a batch (the memorise passes only learn). Batches nest.
+class StoreBatch {
+ public:
+  explicit StoreBatch(Session& s);
+  ~StoreBatch();
+  StoreBatch(const StoreBatch&) = delete;
+  StoreBatch& operator=(const StoreBatch&) = delete;
+
+ private:
+  Session& s_;
+};
+
 // ---- Tile lists -------------------------------------------------------------
 
 enum class ListPick { Missing, Picked, Rejected };

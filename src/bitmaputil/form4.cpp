@@ -457,9 +457,11 @@ void Form4_Picture2_MouseDown(Session& s, int button, int, double X, double Y) {
   Pens& p = s.pens;
   const double pw = static_cast<double>(b.Picture2.Width()) / d.MapMaxX;
   const double ph = static_cast<double>(b.Picture2.Height()) / d.MapMaxY;
-  if (b.MapEditMode == 1) {
-    const int16_t col = ClampI16(RoundInt(X / pw));
-    const int16_t row = ClampI16(col % 2 == 0 ? RoundInt((Y - ph / 2) / ph) : RoundInt(Y / ph));
+  const int16_t col = ClampI16(RoundInt(X / pw));
+  const int16_t row = ClampI16(col % 2 == 0 ? RoundInt((Y - ph / 2) / ph) : RoundInt(Y / ph));
+  // A point that stands for no hex of the map (the picture and the map need
+  // not match) leaves the map and the current hex alone.
+  if (b.MapEditMode == 1 && d.OnMap(col, row)) {
     p.AutoTile = -1;
     p.CurHexX = col;
     p.CurHexY = row;

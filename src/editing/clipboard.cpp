@@ -49,9 +49,12 @@ int16_t Get16(std::span<const uint8_t> b, size_t at) {
 bool PasteClipboardBytes(Document& d, int x, int y, std::span<const uint8_t> b) {
   const int w = b.size() >= 4 ? Get16(b, 0) : -1, h = b.size() >= 4 ? Get16(b, 2) : -1;
   if (w < 0 || h < 0 || b.size() < 4 + static_cast<size_t>(w + 1) * (h + 1) * 2) return false;
+  // A paste position off the map (left there by a script) pastes nothing;
+  // from one on it, what falls beyond the right or lower edge is dropped.
+  if (!d.OnMap(x, y)) return true;
   for (int i = 0; i <= w; ++i)
     for (int j = 0; j <= h; ++j)
-      if (i + x <= d.MapMaxX && j + y <= d.MapMaxY)
+      if (d.OnMap(i + x, j + y))
         d.HexTile(i + x, j + y) = Get16(b, 4 + (static_cast<size_t>(j) * (w + 1) + i) * 2);
   return true;
 }
@@ -71,8 +74,9 @@ void mPaste_Click(Session& s) {
       s.MsgBox("The clipboard file " + path + " is damaged: its block does not fit its length.");
       return;
     }
-    s.MapEdited({p.CurHexX, p.CurHexY, p.CurHexX + Get16(b, 0), p.CurHexY + Get16(b, 2)});
-  } else {
+    if (d.OnMap(p.CurHexX, p.CurHexY))
+      s.MapEdited({p.CurHexX, p.CurHexY, p.CurHexX + Get16(b, 0), p.CurHexY + Get16(b, 2)});
+  } else if (d.OnMap(p.CurHexX, p.CurHexY)) {
     const int dx = p.CurHexX - p.SelX1, dy = p.CurHexY - p.SelY1;
     // Element by element in the block's order: a target that overlaps its
     // source reads what was already written.

@@ -281,6 +281,7 @@ namespace {
 
 void PenToCurrentHex(Session& s) {
   Pens& p = s.pens;
+  if (!s.doc.OnMap(p.CurHexX, p.CurHexY)) return;
   s.doc.HexTile(p.CurHexX, p.CurHexY) = p.CurTile;
   s.MapEdited(HexRect::Hex(p.CurHexX, p.CurHexY));
   RedrawHex(s, p.CurHexX, p.CurHexY);
@@ -327,11 +328,15 @@ void Form_KeyDown(Session& s, int keyCode, int shift) {
       break;
     case key::B:
     case key::N:
+      // A current hex left behind by a larger map, or set by a script, is
+      // no hex of this map: the key does nothing.
+      if (!d.OnMap(p.CurHexX, p.CurHexY)) break;
       p.CurTile = StepTileOfKind(s, p.CurTile, keyCode == key::B ? -1 : +1);
       PenToCurrentHex(s);
       break;
     case key::C: p.JumpBoxColour = p.JumpBoxColour == 0xFFFFFF ? 0 : 0xFFFFFF; break;
     case key::R:
+      if (!d.OnMap(p.CurHexX, p.CurHexY)) break;
       randomtile(s);
       PenToCurrentHex(s);
       break;

@@ -12,6 +12,7 @@
 #include "refdata/nations.h"
 #include "session.h"
 #include "view/geometry.h"
+#include "view/scrolling.h"
 #include "jumpmap/jumpmap.h"
 #include "view/render_api.h"
 
@@ -36,6 +37,7 @@ void ViewAfterLoad(Session& s, int origin) {
   // A map smaller than the view leaves a bar's maximum as it was.
   if (s.doc.MapMaxX > v.ViewCols) v.HScroll1.Max = s.doc.MapMaxX - v.ViewCols;
   if (s.doc.MapMaxY > v.ViewRows) v.VScroll1.Max = s.doc.MapMaxY - v.ViewRows;
+  KeepScrollValuesInRange(s);
   s.ui().Changed(Change::HScroll1);
   s.ui().Changed(Change::VScroll1);
 }
@@ -69,6 +71,7 @@ bool LoadMap(Session& s) {
     // The older format: no elevations, no nation set, view from (1, 1).
     d.MapFile = path;
     TakeMap(d, std::move(m.doc));
+    KeepPensOnMap(s);
     s.MapReplaced();
     FillHexPixel(s);
     ViewAfterLoad(s, 1);
@@ -88,6 +91,7 @@ bool LoadMap(Session& s) {
     if (in.open(lev, nullptr)) ReadLevFile(in, m.doc.HexElev);
   }
   TakeMap(d, std::move(m.doc));
+  KeepPensOnMap(s);
   s.MapReplaced();
   FillHexPixel(s);
   ViewAfterLoad(s, 0);

@@ -596,9 +596,13 @@ void Form1::OnUnload(FormId form) {
       // The core has unloaded the jump map already; its window just goes.
       if (form5_) form5_->Discard();
       form5_ = nullptr;
-      // The jump map is built again, hidden, once the new document is in place.
-      QMetaObject::invokeMethod(this, [this]() { if (loaded_ && !unloaded_) DrawStrategicMapHidden(); },
-                                Qt::QueuedConnection);
+      // The window follows the core: where the new document's jump map was
+      // loaded again (a new map, an import) it is built, hidden; after a load
+      // it waits for its next use, as making it would rebuild the objective
+      // table that the map file brought.
+      QMetaObject::invokeMethod(this, [this]() {
+        if (loaded_ && !unloaded_ && session_->forms.Form5Loaded) DrawStrategicMapHidden();
+      }, Qt::QueuedConnection);
       break;
     case FormId::Form9:
       if (form9_) {

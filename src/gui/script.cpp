@@ -128,14 +128,17 @@ const std::map<QString, Var>& Variables() {
     KV_PEN(ImgScaleB) KV_PEN(ColourCRV)
 #undef KV_PEN
     m["jumpboxcolour"] = I32([](Session& s) -> int32_t& { return s.pens.JumpBoxColour; });
-    m["viewx"] = I32([](Session& s) -> int32_t& { return s.view.ViewX; });
-    m["viewy"] = I32([](Session& s) -> int32_t& { return s.view.ViewY; });
-    m["viewcols"] = I16([](Session& s) -> int16_t& { return s.view.ViewCols; });
-    m["viewrows"] = I16([](Session& s) -> int16_t& { return s.view.ViewRows; });
-    m["viewpixw"] = I32([](Session& s) -> int32_t& { return s.view.ViewPixW; });
-    m["viewpixh"] = I32([](Session& s) -> int32_t& { return s.view.ViewPixH; });
-    m["viewmaxx"] = I32([](Session& s) -> int32_t& { return s.view.ViewMaxX; });
-    m["viewmaxy"] = I32([](Session& s) -> int32_t& { return s.view.ViewMaxY; });
+    // The view's origin is a hex number, 16 bits as every column and row.
+    m["viewx"] = NumVar<int32_t>([](Session& s) -> int32_t& { return s.view.ViewX; }, -32768, 32767);
+    m["viewy"] = NumVar<int32_t>([](Session& s) -> int32_t& { return s.view.ViewY; }, -32768, 32767);
+    // The view's size as a layout can make it, up to a screen of 8192 pixels
+    // each way: the off-screen buffers are made to it.
+    m["viewcols"] = NumVar<int16_t>([](Session& s) -> int16_t& { return s.view.ViewCols; }, 0, 180);
+    m["viewrows"] = NumVar<int16_t>([](Session& s) -> int16_t& { return s.view.ViewRows; }, 0, 160);
+    m["viewpixw"] = NumVar<int32_t>([](Session& s) -> int32_t& { return s.view.ViewPixW; }, 0, 8192);
+    m["viewpixh"] = NumVar<int32_t>([](Session& s) -> int32_t& { return s.view.ViewPixH; }, 0, 8192);
+    m["viewmaxx"] = NumVar<int32_t>([](Session& s) -> int32_t& { return s.view.ViewMaxX; }, -32768, 32767);
+    m["viewmaxy"] = NumVar<int32_t>([](Session& s) -> int32_t& { return s.view.ViewMaxY; }, -32768, 32767);
     m["scrollsilent"] = I16([](Session& s) -> int16_t& { return s.view.ScrollSilent; });
     m["dlgmode"] = I16([](Session& s) -> int16_t& { return s.ed.dlg.DlgMode; });
     m["mapmaxx"] = ReadOnly([](Session& s) { return s.doc.MapMaxX; });
@@ -151,6 +154,29 @@ const std::map<QString, Var>& Variables() {
     m["hexinset"] = ReadOnly([](Session& s) { return s.ref.HexInset; });
     m["versionno"] = ReadOnly([](Session&) { return VersionNo; });
     m["mousepointer"] = ReadOnly([](Session& s) { return s.forms.MousePointer; });
+    // The rest of the shared data: flag offsets, the jump map's scale and
+    // pitches, the bitmap utility's modes. Values that size an array or a
+    // buffer (the map, the tables, the hex geometry) are read-only.
+    m["flagdx"] = NumVar<uint8_t>([](Session& s) -> uint8_t& { return s.ref.FlagDX; }, 0, 255);
+    m["flagdy"] = NumVar<uint8_t>([](Session& s) -> uint8_t& { return s.ref.FlagDY; }, 0, 255);
+    m["hexslant"] = ReadOnly([](Session& s) { return s.ref.HexSlant; });
+    m["jumpcolpitch"] = NumVar<int16_t>([](Session& s) -> int16_t& { return s.ref.JumpColPitch; }, 0, 1000);
+    m["jumprowpitch"] = NumVar<int16_t>([](Session& s) -> int16_t& { return s.ref.JumpRowPitch; }, 0, 1000);
+    m["jumpfilter"] = I16([](Session& s) -> int16_t& { return s.jump.JumpFilter; });
+    m["jumpscale"] = {[](Session& s) { return QString::number(static_cast<double>(s.jump.JumpScale), 'g', 7); },
+                      [](Session& s, const QString& v) {
+                        bool ok = false;
+                        const double d = v.trimmed().toDouble(&ok);
+                        if (!ok || !(d >= -1000 && d <= 1000)) Fail(QStringLiteral("\"%1\" is no scale").arg(v));
+                        s.jump.JumpScale = static_cast<float>(d);
+                      }};
+    m["jumpmapopen"] = ReadOnly([](Session& s) { return s.forms.Form5Loaded ? -1 : 0; });
+    m["bufw"] = ReadOnly([](Session& s) { return s.sprites.BufW; });
+    m["bufh"] = ReadOnly([](Session& s) { return s.sprites.BufH; });
+    m["replacemode"] = NumVar<int16_t>([](Session& s) -> int16_t& { return s.bmp.ReplaceMode; }, -1, 0);
+    m["extremearmed"] = NumVar<int16_t>([](Session& s) -> int16_t& { return s.bmp.ExtremeArmed; }, 0, 1);
+    m["mapeditmode"] = NumVar<int16_t>([](Session& s) -> int16_t& { return s.bmp.MapEditMode; }, 0, 1);
+    m["bitmapname"] = Str([](Session& s) -> std::string& { return s.bmp.BitmapName; });
     m["mapfile"] = Str([](Session& s) -> std::string& { return s.doc.MapFile; });
     m["mappath"] = Str([](Session& s) -> std::string& { return s.doc.MapPath; });
     m["ndxpath"] = Str([](Session& s) -> std::string& { return s.doc.NdxPath; });
@@ -436,6 +462,12 @@ class Runner {
 };
 
 }  // namespace
+
+std::vector<QString> ScriptVariableNames() {
+  std::vector<QString> out;
+  for (const auto& [name, var] : Variables()) out.push_back(name);
+  return out;
+}
 
 int RunScript(Form1& form, std::istream& in, std::FILE* out, std::FILE* err) {
   Script().active = true;

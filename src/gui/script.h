@@ -9,8 +9,10 @@
 //   clickhex X Y [BUTTON [SHIFT]]   a press inside hex (X, Y) of the current view
 #pragma once
 
+#include <QString>
 #include <cstdio>
 #include <istream>
+#include <vector>
 
 namespace kv::gui {
 
@@ -19,5 +21,8 @@ class Form1;
 // Runs every line; returns 0 when all ran, 1 after the first line that names
 // nothing known or is malformed ("line N: ..." on `err`).
 int RunScript(Form1& form, std::istream& in, std::FILE* out, std::FILE* err);
+
+// The shared variables a script reads and sets by bare name (lower case).
+std::vector<QString> ScriptVariableNames();
 
 }  // namespace kv::gui

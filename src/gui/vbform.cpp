@@ -7,14 +7,21 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QMetaMethod>
+#include <QRegularExpression>
 #include <QScrollBar>
 #include <QStringList>
 #include <QVariant>
 #include <QWidget>
+#include <cmath>
+
+#include "gui/PictureBox.h"
 
 namespace kv::gui {
 
 namespace {
+
+// The largest number (a position in pixels, a key code) an event argument takes.
+constexpr int kMaxEventNumber = 1000000;
 
 QString Flag(bool b) { return b ? QStringLiteral("-1") : QStringLiteral("0"); }
 
@@ -57,6 +64,19 @@ QObject* FindControl(QWidget* form, const QString& name) {
 
 bool GetControlProperty(VbForm& form, QObject* ctl, const QString& propIn, QString* out, QString* err) {
   if (form.GetOwnProperty(ctl, propIn, out)) return true;
+  // Point(X, Y) of a picture as it shows: red + 256 green + 65536 blue, -1
+  // outside it.
+  if (auto* pb = qobject_cast<PictureBox*>(ctl); pb && pb->source) {
+    static const QRegularExpression re(QStringLiteral("^point\\(\\s*(-?\\d+)\\s*,\\s*(-?\\d+)\\s*\\)$"),
+                                       QRegularExpression::CaseInsensitiveOption);
+    if (const auto m = re.match(propIn.trimmed()); m.hasMatch()) {
+      const QImage img = pb->source();
+      const int x = m.captured(1).toInt(), y = m.captured(2).toInt();
+      if (!img.valid(x, y)) return *out = QStringLiteral("-1"), true;
+      const QRgb c = img.pixel(x, y);
+      return *out = QString::number(qRed(c) + 256 * qGreen(c) + 65536 * qBlue(c)), true;
+    }
+  }
   const QString prop = propIn.toLower();
   if (auto* w = qobject_cast<QWidget*>(ctl)) {
     if (prop == "visible") return *out = Flag(!w->isHidden()), true;
@@ -174,18 +194,26 @@ bool InvokeHandler(QObject* form, const QString& name, const QStringList& args, 
     for (int k = 0; k < args.size() && k < 10; ++k) {
       const int type = m.parameterType(k);
       bool ok = true;
-      if (type == QMetaType::Int)
-        vals[k] = args[k].trimmed().toInt(&ok);
-      else if (type == QMetaType::Double)
-        vals[k] = args[k].trimmed().toDouble(&ok);
+      // Numbers as the window system gives them: whole, finite and within
+      // any screen; a script cannot hand a handler more than a user can.
+      if (type == QMetaType::Int) {
+        const int v = args[k].trimmed().toInt(&ok);
+        ok = ok && v >= -kMaxEventNumber && v <= kMaxEventNumber;
+        vals[k] = v;
+      } else if (type == QMetaType::Double) {
+        const double v = args[k].trimmed().toDouble(&ok);
+        ok = ok && std::isfinite(v) && std::abs(v) <= kMaxEventNumber;
+        vals[k] = v;
+      }
       else if (type == QMetaType::QString)
         vals[k] = args[k];
       else
         ok = false;
       if (!ok) {
-        *err = QStringLiteral("argument %1 of %2: \"%3\" is no %4")
+        *err = QStringLiteral("argument %1 of %2: \"%3\" is no %4 from -%5 to %5")
                    .arg(k + 1)
-                   .arg(name, args[k], QString::fromLatin1(QMetaType(type).name()));
+                   .arg(name, args[k], QString::fromLatin1(QMetaType(type).name()))
+                   .arg(kMaxEventNumber);
         return false;
       }
       ga[k] = QGenericArgument(QMetaType(type).name(), vals[k].constData());

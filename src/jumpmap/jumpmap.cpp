@@ -27,6 +27,11 @@ std::string ScaleText(float v) {
   return buf;
 }
 
+// Whether a picture of w x h hexes at these pitches stays within the budget.
+bool JumpPictureFits(int colp, int rowp, int w, int h) {
+  return static_cast<long long>(colp) * w * rowp * h <= kJumpPicturePixels;
+}
+
 void DrawBox(Bitmap& b, const DrawnBox& box) {
   if (box.shown) b.Rectangle(box.x1, box.y1, box.x2, box.y2, box.colour);
 }
@@ -69,17 +74,22 @@ void DrawStrategicMap(Session& s) {
   // About half the screen's width for the whole map, from the screen each time.
   const int half = RoundEven(s.view.ScreenW / 2.0);
   const int c = d.MapMaxX > 0 ? RoundEven(static_cast<double>(half) / d.MapMaxX) : 0;
-  j.JumpScale = static_cast<float>(static_cast<double>(c) / r.ColPitch);
-  const float k = j.JumpScale;
-  j.Caption = "Jump Map (F1) scale = " + ScaleText(k);
-
-  auto scaled = [k](int v) { return RoundEven(static_cast<float>(v) * k); };
+  float k = static_cast<float>(static_cast<double>(c) / r.ColPitch);
+  auto scaled = [&k](int v) { return std::max(1, RoundEven(static_cast<float>(v) * k)); };
   int colp = scaled(r.ColPitch), rowp = scaled(r.RowPitch);
+  // The scale comes from the width alone, so a narrow, tall map would get a
+  // picture that grows with its rows. Past a sensible size the picture is
+  // drawn smaller, down to one dot a hex, which grows with the hexes only.
+  const bool reduced = !JumpPictureFits(colp, rowp, d.W(), d.H());
+  while (!JumpPictureFits(colp, rowp, d.W(), d.H())) {
+    k *= 0.8f;
+    colp = scaled(r.ColPitch);
+    rowp = scaled(r.RowPitch);
+    if (colp == 1 && rowp == 1) break;
+  }
   int hw = scaled(r.HexW), hh = scaled(r.HexH);
-  if (colp == 0) colp = 1;
-  if (rowp == 0) rowp = 1;
-  if (hw == 0) hw = 1;
-  if (hh == 0) hh = 1;
+  j.JumpScale = k;
+  j.Caption = "Jump Map (F1) scale = " + ScaleText(k) + (reduced ? " (reduced to fit)" : "");
   r.JumpColPitch = static_cast<int16_t>(colp);
   r.JumpRowPitch = static_cast<int16_t>(rowp);
 
@@ -193,6 +203,8 @@ void DrawJumpBox(Session& s) {
 void JumpMapClick(Session& s, double X, double Y) {
   RefData& r = s.ref;
   ViewState& v = s.view;
+  // The window system gives no point that is no number or beyond any screen.
+  if (!std::isfinite(X) || !std::isfinite(Y) || std::abs(X) > 1e9 || std::abs(Y) > 1e9) return;
   s.jump.Picture2Box.shown = false;
   if (r.JumpColPitch == 0) r.JumpColPitch = 1;
   if (r.JumpRowPitch == 0) r.JumpRowPitch = 1;

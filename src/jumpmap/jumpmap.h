@@ -38,6 +38,11 @@ struct JumpMapState {
   bool ListVisible = false;           // List1, the country list
 };
 
+// The most pixels the jump map's hex picture may have (32 MB); a map whose
+// picture at the screen's scale would be larger is drawn at a smaller scale.
+// The dot picture, one pixel a hex, is drawn at any size.
+constexpr long long kJumpPicturePixels = 8LL * 1024 * 1024;
+
 // Picture2 with its run-time box drawn on it, as the window shows it.
 Bitmap JumpMapView(const JumpMapState& j);
 

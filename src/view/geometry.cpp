@@ -1,5 +1,6 @@
 #include "view/geometry.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
@@ -24,8 +25,10 @@ void pixel_hex(const MapState& s, double px, double py, int16_t& outX, int16_t& 
 }
 
 void pixel_hex(const RefData& ref, int maxX, int maxY, double pxIn, double pyIn, int16_t& outX, int16_t& outY) {
-  int32_t px = static_cast<int32_t>(std::nearbyint(pxIn));
-  double py = pyIn;
+  // A point far outside any picture (or no number at all) lands on the edge.
+  auto keep = [](double v) { return std::isnan(v) ? 0.0 : std::clamp(v, -1e9, 1e9); };
+  int32_t px = static_cast<int32_t>(std::nearbyint(keep(pxIn)));
+  double py = keep(pyIn);
   int32_t x = px / ref.ColPitch;
   if (x % 2 == 0) py -= ref.RowPitch / 2;
   int32_t y = static_cast<int32_t>(std::trunc(std::nearbyint(py) / ref.RowPitch));
@@ -70,7 +73,21 @@ void FillHexPixel(MapState& s) {
     for (int y = 0; y <= d.MapMaxY; ++y) HexToPixel(s.ref, x, y, d.HexPixel(x, y, 0), d.HexPixel(x, y, 1));
 }
 
-void AfterDocumentReplaced(MapState& s) {
+void KeepPensOnMap(MapView& s) {
+  const Document& d = s.doc;
+  Pens& p = s.pens;
+  auto inX = [&](int16_t& v) { v = std::clamp<int16_t>(v, 0, d.MapMaxX); };
+  auto inY = [&](int16_t& v) { v = std::clamp<int16_t>(v, 0, d.MapMaxY); };
+  inX(p.CurHexX);
+  inY(p.CurHexY);
+  inX(p.SelX1);
+  inX(p.SelX2);
+  inY(p.SelY1);
+  inY(p.SelY2);
+}
+
+void AfterDocumentReplaced(MapView& s) {
+  KeepPensOnMap(s);
   s.MapReplaced();
   FillHexPixel(s);
   s.forms.Form5Loaded = false;

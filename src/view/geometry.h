@@ -8,6 +8,7 @@
 namespace kv {
 
 struct MapState;
+struct MapView;
 struct RefData;
 
 // Integer division truncating toward zero (the language's "\").
@@ -24,9 +25,13 @@ inline int OppositeSide(int s) { return ((s + 2) % 6) + 1; }
 int16_t HexDistance(int16_t x1, int16_t y1, int16_t x2, int16_t y2);
 // Fills HexPixel for the current map size.
 void FillHexPixel(MapState& s);
-// After a wholesale replacement of the document (new, load, import): announces
-// it, fills HexPixel and closes the jump map window, which is built again when
-// next shown.
-void AfterDocumentReplaced(MapState& s);
+// The current hex and the selection block brought onto the map (a value
+// that is on it stays as it is): a smaller map must not inherit a hex that
+// lies beyond its edge.
+void KeepPensOnMap(MapView& s);
+// After a wholesale replacement of the document (new, load, import): the pens
+// kept on the map, the replacement announced, HexPixel filled, and the jump map
+// window closed, to be built again when next shown.
+void AfterDocumentReplaced(MapView& s);
 
 }  // namespace kv

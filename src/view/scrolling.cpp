@@ -1,5 +1,6 @@
 #include "view/scrolling.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "view/mapview.h"
@@ -10,6 +11,9 @@ namespace kv {
 
 void SetScrollValue(MapView& s, Bar bar, int value) {
   ScrollBarModel& b = bar == Bar::H ? s.view.HScroll1 : s.view.VScroll1;
+  // A bar takes no value outside its range (a map smaller than the view has
+  // a maximum below the minimum): it stops at the nearer end.
+  value = std::clamp(value, std::min(b.Min, b.Max), std::max(b.Min, b.Max));
   if (b.Value == value) return;  // an unchanged value fires nothing
   b.Value = value;
   s.ui().Changed(bar == Bar::H ? Change::HScroll1 : Change::VScroll1);
@@ -19,12 +23,18 @@ void SetScrollValue(MapView& s, Bar bar, int value) {
     VScroll1_Change(s);
 }
 
+void KeepScrollValuesInRange(MapView& s) {
+  for (ScrollBarModel* b : {&s.view.HScroll1, &s.view.VScroll1})
+    b->Value = std::clamp(b->Value, std::min(b->Min, b->Max), std::max(b->Min, b->Max));
+}
+
 void SetScrollRanges(MapView& s) {
   ViewState& v = s.view;
   v.ViewMaxX = s.doc.MapMaxX - v.ViewCols;
   v.ViewMaxY = s.doc.MapMaxY - v.ViewRows;
   v.HScroll1.Max = v.ViewMaxX;
   v.VScroll1.Max = v.ViewMaxY;
+  KeepScrollValuesInRange(s);
   s.ui().Changed(Change::HScroll1);
   s.ui().Changed(Change::VScroll1);
 }

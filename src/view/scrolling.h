@@ -13,6 +13,9 @@ enum class Bar { H, V };
 void SetScrollValue(MapView& s, Bar bar, int value);
 // New bar ranges after the map's size changed.
 void SetScrollRanges(MapView& s);
+// Brings each bar's value inside its range (as the window system keeps it)
+// without firing its change: the view stays where it was put.
+void KeepScrollValuesInRange(MapView& s);
 void HScroll1_Change(MapView& s);
 void VScroll1_Change(MapView& s);
 // Brings the view round a hex through the scroll bars (no redraw).

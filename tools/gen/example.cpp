@@ -27,6 +27,7 @@
 #include "editing/mapload.h"
 #include "editing/startup.h"
 #include "gen.h"
+#include "hexwalk.h"
 #include "session.h"
 #include "view/compose.h"
 #include "view/geometry.h"
@@ -44,22 +45,7 @@ enum Terrain : uint8_t {
 };
 enum Side : int { kArdenmark = 1, kBelvaro = 2 };
 
-struct Hex {
-  int x = 0, y = 0;
-  bool operator<(const Hex& o) const { return x != o.x ? x < o.x : y < o.y; }
-  bool operator==(const Hex& o) const = default;
-};
-
-Hex Nb(Hex h, int side) {
-  kv::HexNeighbour(h.x, h.y, side);
-  return h;
-}
 bool OnMap(Hex h) { return h.x >= 0 && h.y >= 0 && h.x < kMapW && h.y < kMapH; }
-int SideTo(Hex a, Hex b) {
-  for (int s = 1; s <= 6; ++s)
-    if (Nb(a, s) == b) return s;
-  return 0;
-}
 // Cube coordinates of the layout in which even columns stand half a row lower.
 struct Cube {
   double q, r, s;

@@ -30,6 +30,7 @@
 #include "editing/mapload.h"
 #include "editing/startup.h"
 #include "gen.h"
+#include "hexwalk.h"
 #include "platform/fileio.h"
 #include "session.h"
 #include "view/geometry.h"
@@ -44,20 +45,7 @@ constexpr int kMapW = 26, kMapH = 26;
 bool River(int t) { return t == 2 || t == 11 || t == 12; }
 bool Built(int t) { return t == 5 || t == 6 || t == 14; }
 
-struct Hex {
-  int x = 0, y = 0;
-  bool operator<(const Hex& o) const { return x != o.x ? x < o.x : y < o.y; }
-  bool operator==(const Hex& o) const = default;
-};
-Hex Nb(Hex h, int side) {
-  kv::HexNeighbour(h.x, h.y, side);
-  return h;
-}
-bool Adjacent(Hex a, Hex b) {
-  for (int s = 1; s <= 6; ++s)
-    if (Nb(a, s) == b) return true;
-  return false;
-}
+bool Adjacent(Hex a, Hex b) { return SideTo(a, b) != 0; }
 
 // A small generator of our own (the session's is the editor's).
 struct Lcg {
