@@ -18,6 +18,7 @@
 #include "view/scrolling.h"
 #include "view/spritebank.h"
 #include "view/zoom.h"
+#include "view/zoomgrid.h"
 
 using namespace kv;
 
@@ -59,11 +60,16 @@ std::unique_ptr<Session> BusyMap(int maxX, int maxY, const char* what) {
   return s;
 }
 
-// The view of a 1920 x 1080 window's picture (1816 x 900 inside) at a zoom.
-void SetZoomedView(Session& s, int zoom) {
+// The view of a 1920 x 1080 window's picture (1816 x 900 inside) at a zoom,
+// composed at the zoom's own size; or (atFullSize) the same hexes composed
+// at full size, as the window had them before it drew at the zoom's size
+// (it then scaled that picture down on every paint, not counted here).
+void SetZoomedView(Session& s, int zoom, bool atFullSize = false) {
   ViewState& v = s.view;
-  v.ViewPixW = static_cast<int>(WindowToView(1816, zoom));
-  v.ViewPixH = static_cast<int>(WindowToView(900, zoom));
+  v.Zoom = static_cast<int16_t>(zoom);
+  v.ViewPixW = static_cast<int>(ScaleAcross(s.ref, zoom).Full(1816));
+  v.ViewPixH = static_cast<int>(ScaleDown(s.ref, zoom).Full(900));
+  if (atFullSize) v.Zoom = 100;
   v.ViewCols = static_cast<int16_t>((v.ViewPixW + 4) / s.ref.ColPitch - 1);
   v.ViewRows = static_cast<int16_t>((v.ViewPixH + 4) / s.ref.RowPitch - 1);
   v.HScroll1.Max = s.doc.MapMaxX - v.ViewCols;
@@ -75,7 +81,7 @@ void SetZoomedView(Session& s, int zoom) {
 }
 
 // What the editor does when the zoom goes to 25 %: a buffer for the larger
-// view, composed whole and shown.
+// view, composed whole and shown. Arg 1: at the zoom's size; 0: at full size.
 void BM_ZoomTo25(benchmark::State& state) {
   auto s = BusyMap(399, 399, "zoom");
   s->view.ViewX = s->view.ViewY = 20;
@@ -83,16 +89,21 @@ void BM_ZoomTo25(benchmark::State& state) {
     SetZoomedView(*s, 100);
     state.PauseTiming();
     state.ResumeTiming();
-    SetZoomedView(*s, 25);
+    SetZoomedView(*s, 25, state.range(0) == 0);
   }
 }
-BENCHMARK(BM_ZoomTo25)->Unit(benchmark::kMillisecond)->Iterations(5);
+BENCHMARK(BM_ZoomTo25)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(5);
 
-// One step right, then back, through the bar at 25 %, per step.
+// One step right (or down), then back, through the bar at 25 %, per step.
+// First arg: 0 sideways, 1 up and down; second: 1 at the zoom's size, 0 at
+// full size; and the same step at 100 % for comparison (third arg 1).
 void BM_ScrollStepAt25(benchmark::State& state) {
   auto s = BusyMap(399, 399, "scroll");
   s->view.ViewX = s->view.ViewY = 20;
-  SetZoomedView(*s, 25);
+  if (state.range(2))
+    SetZoomedView(*s, 100);
+  else
+    SetZoomedView(*s, 25, state.range(1) == 0);
   s->view.HScroll1.Value = s->view.ViewX;
   s->view.VScroll1.Value = s->view.ViewY;
   int dir = 1;
@@ -102,7 +113,14 @@ void BM_ScrollStepAt25(benchmark::State& state) {
     dir = -dir;
   }
 }
-BENCHMARK(BM_ScrollStepAt25)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ScrollStepAt25)
+    ->Args({0, 0, 0})
+    ->Args({1, 0, 0})
+    ->Args({0, 1, 0})
+    ->Args({1, 1, 0})
+    ->Args({0, 1, 1})
+    ->Args({1, 1, 1})
+    ->Unit(benchmark::kMillisecond);
 
 std::unique_ptr<Session>& JumpSession() {
   static std::unique_ptr<Session> s = [] {

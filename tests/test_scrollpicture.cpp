@@ -11,6 +11,7 @@
 #include "view/render_api.h"
 #include "view/scrollfill.h"
 #include "view/scrolling.h"
+#include "view/zoomgrid.h"
 
 using namespace kv;
 using namespace kvtest;
@@ -144,19 +145,102 @@ TEST(ScrollPicture, RandomStepsAtSeveralSizesEqualAFullRedraw) {
 }
 
 TEST(ScrollPicture, RecomposingARectangleTouchesNothingOutsideIt) {
-  RenderSession r(20, 14);
-  MakeBusy(r);
-  Session& s = r.s;
-  RedrawBuffers(s);
-  const Bitmap full = s.sprites.BufDC;
-  const auto contours = s.doc.HexContour;
-  // Spoil the buffer, then recompose one rectangle of it.
-  s.sprites.BufDC.Fill(0x123456);
-  RecomposeBufferRect(s, {70, 40, 130, 90});
-  for (int y = 0; y < full.Height(); ++y)
-    for (int x = 0; x < full.Width(); ++x) {
-      const bool inside = x >= 70 && x < 200 && y >= 40 && y < 130;
-      ASSERT_EQ(s.sprites.BufDC.GetPixel(x, y), inside ? full.GetPixel(x, y) : 0x123456u) << x << "," << y;
+  for (int zoom : {100, 50, 150}) {
+    SCOPED_TRACE(zoom);
+    RenderSession r(20, 14);
+    MakeBusy(r);
+    Session& s = r.s;
+    s.view.Zoom = static_cast<int16_t>(zoom);
+    r.SetView(8, 6, 1, 1);
+    RedrawBuffers(s);
+    const Bitmap full = s.sprites.BufDC;
+    const auto contours = s.doc.HexContour;
+    // Spoil the buffer, then recompose one rectangle of it.
+    s.sprites.BufDC.Fill(0x123456);
+    RecomposeBufferRect(s, {70, 40, 130, 90});
+    for (int y = 0; y < full.Height(); ++y)
+      for (int x = 0; x < full.Width(); ++x) {
+        const bool inside = x >= 70 && x < 200 && y >= 40 && y < 130;
+        ASSERT_EQ(s.sprites.BufDC.GetPixel(x, y), inside ? full.GetPixel(x, y) : 0x123456u) << x << "," << y;
+      }
+    EXPECT_TRUE(s.doc.HexContour == contours);
+  }
+}
+
+TEST(ZoomedView, IsTheFullSizePictureSampledOnTheZoomedGrid) {
+  // Composed at the zoom's own size, every pixel of the view is the pixel of
+  // the full-size picture that the zoomed grid puts there: no sprite falls a
+  // pixel off, no seam opens between hexes, whatever the view's origin.
+  for (int zoom : {25, 33, 50, 67, 75, 125, 175, 200}) {
+    for (int origin : {0, 3}) {
+      SCOPED_TRACE(testing::Message() << zoom << " % from " << origin);
+      RenderSession r(30, 24);
+      MakeBusy(r);
+      Session& s = r.s;
+      s.pens.HexOutlines = -1;
+      // Tiles beyond the sheet: the mask knocks the hexagon out, no sprite fills it.
+      s.doc.HexTile(5, 6) = 70;
+      s.doc.HexTile(6, 8) = 200;
+      s.pens.GridOn = -1;
+      s.pens.GridX = 4;
+      s.pens.GridY = 3;
+      r.SetView(14, 10, origin, origin + 1);
+      RedrawBuffers(s);
+      const Bitmap full = s.sprites.BufDC;
+      s.view.Zoom = static_cast<int16_t>(zoom);
+      r.SetView(14, 10, origin, origin + 1);
+      RedrawBuffers(s);
+      const Bitmap& pic = s.sprites.Picture1;
+      const ZoomGrid g(s.ref, s.view);
+      // A column is the pitch at the zoom in whole pixels; so is a row.
+      EXPECT_EQ(g.sx.num, (45 * zoom + 50) / 100);
+      EXPECT_EQ(g.sy.num, (50 * zoom + 50) / 100);
+      ASSERT_EQ(pic.Width(), (s.view.ViewPixW * g.sx.num + 44) / 45);
+      ASSERT_EQ(pic.Height(), (s.view.ViewPixH * g.sy.num + 49) / 50);
+      const int64_t bx = int64_t{origin - 1} * s.ref.ColPitch, by = int64_t{origin} * s.ref.RowPitch;
+      for (int y = 0; y < pic.Height(); ++y)
+        for (int x = 0; x < pic.Width(); ++x) {
+          const auto fx = static_cast<int>(g.sx.MapOf(g.viewGX + x) - bx);
+          const auto fy = static_cast<int>(g.sy.MapOf(g.viewGY + y) - by);
+          ASSERT_EQ(pic.GetPixel(x, y), full.GetPixel(fx, fy)) << "view pixel " << x << "," << y;
+        }
     }
-  EXPECT_TRUE(s.doc.HexContour == contours);
+  }
+}
+
+TEST(ZoomedView, RandomStepsEqualAFullRedrawAtEveryZoom) {
+  struct Case {
+    int zoom, cols, rows, vx, vy;
+  };
+  const Case cases[] = {{25, 9, 7, 3, 2}, {33, 12, 5, 4, 5}, {67, 5, 9, 7, 1}, {150, 8, 6, 0, 0}, {200, 3, 2, 1, 1}};
+  std::mt19937 rng(977);
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.zoom << " %, " << c.cols << "x" << c.rows << " at " << c.vx << "," << c.vy);
+    RenderSession r(26, 20), twin(26, 20);
+    for (RenderSession* t : {&r, &twin}) {
+      MakeBusy(*t);
+      t->s.pens.GridOn = -1;
+      t->s.pens.GridX = 4;
+      t->s.pens.GridY = 3;
+      t->s.view.Zoom = static_cast<int16_t>(c.zoom);
+      t->SetView(c.cols, c.rows, c.vx, c.vy);
+    }
+    Session& s = r.s;
+    RedrawBuffers(s);
+    int steps = 0;
+    for (int n = 0; n < 60; ++n) {
+      const Bar bar = rng() % 2 ? Bar::H : Bar::V;
+      const int delta = rng() % 2 ? 1 : -1;
+      const ScrollBarModel& b = bar == Bar::H ? s.view.HScroll1 : s.view.VScroll1;
+      if (b.Value + delta < b.Min || b.Value + delta > b.Max) continue;
+      Step(s, bar, delta);
+      ++steps;
+      twin.s.view.ViewX = s.view.ViewX;
+      twin.s.view.ViewY = s.view.ViewY;
+      RedrawBuffers(twin.s);
+      ASSERT_TRUE(s.sprites.Picture1 == twin.s.sprites.Picture1)
+          << "step " << n << " at view " << s.view.ViewX << "," << s.view.ViewY;
+    }
+    EXPECT_GT(steps, 20);
+  }
 }

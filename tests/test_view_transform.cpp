@@ -69,9 +69,16 @@ TEST(ViewTransform, HalfZoomShowsTwiceTheMapAndPointsOffTheMapClamp) {
   RefData ref;
   const ViewTransform half(ref, View(0, 0, 12, 8, 50));
   int32_t mx = 0, my = 0;
+  // At 50 % a column is 23 pixels (45 / 2, to whole pixels), a row 25: view
+  // pixel 100 shows map pixel 100 * 45 / 23 = 195.6, row pixel 60 shows 120.
   half.ViewToMap(100, 60, mx, my);
-  EXPECT_EQ(mx, 200);
+  EXPECT_EQ(mx, 195);
   EXPECT_EQ(my, 120);
+  // A column further on, the same point shows the same point of the next column.
+  const ViewTransform next(ref, View(1, 0, 12, 8, 50));
+  int32_t nx = 0, ny = 0;
+  next.ViewToMap(100, 60, nx, ny);
+  EXPECT_EQ(nx, mx + 45);
   int16_t x = 0, y = 0;
   half.HexAt(-500, -500, 20, 10, x, y);
   EXPECT_EQ(x, 0);

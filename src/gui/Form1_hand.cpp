@@ -29,6 +29,7 @@
 #include "view/scrolling.h"
 #include "view/spritebank.h"
 #include "view/zoom.h"
+#include "view/zoomgrid.h"
 
 namespace kv::gui {
 
@@ -189,14 +190,14 @@ void Form1::FitToWindow() {
   // The view: the picture's inside at the zoom, in the view's own pixels.
   ViewState& v = s.view;
   const int z = s.view.Zoom;
-  const int pixW = std::max(1, static_cast<int>(WindowToView(l.Picture1.Width - kPictureBorder, z)));
-  const int pixH = std::max(1, static_cast<int>(WindowToView(l.Picture1.Height - kPictureBorder, z)));
+  const int pixW = std::max(1, static_cast<int>(ScaleAcross(s.ref, z).Full(l.Picture1.Width - kPictureBorder)));
+  const int pixH = std::max(1, static_cast<int>(ScaleDown(s.ref, z).Full(l.Picture1.Height - kPictureBorder)));
   const auto cols = static_cast<int16_t>(std::max(0, (pixW + kPictureBorder) / s.ref.ColPitch - 1));
   const auto rows = static_cast<int16_t>(std::max(0, (pixH + kPictureBorder) / s.ref.RowPitch - 1));
   const bool viewChanged = pixW != v.ViewPixW || pixH != v.ViewPixH || cols != v.ViewCols || rows != v.ViewRows;
   layout_ = l;
   ApplyLayout(true);
-  Picture1_->scale = z / 100.0;
+  Picture1_->scale = 1.0;  // the view is composed at the zoom's own size
   // The smallest window that shows every control and a few hexes.
   int minW = l.Label3.Left + Label3_->sizeHint().width(), minH = 0;
   for (const Rect* r : {&l.Command9, &l.Label5, &l.Text4, &l.Label2})

@@ -9,6 +9,7 @@ namespace kv {
 
 struct MapView;
 class Bitmap;
+struct ZoomTarget;
 
 // Composes hex (x, y) into the buffer. mode 2 marks a grid hex (blue overlay);
 // 0 and 1 are plain. A hex off the map (negative, or beyond the map's last
@@ -24,6 +25,8 @@ int16_t ContourCodeOf(const MapView& s, int16_t x, int16_t y);
 // Print_hex draws it into the buffer, but leaves HexContour as it is: for
 // pictures that are not the view's own drawing of the hex.
 void PaintHexAt(MapView& s, Bitmap& dst, int px, int py, int16_t x, int16_t y, int16_t mode);
+// The same onto the zoomed grid (view/zoomgrid.h), clipped to the target's clip.
+void PaintHexZoomed(MapView& s, const ZoomTarget& t, int16_t x, int16_t y, int16_t mode);
 // Brings hex (x, y) up to date in the jump map, the buffer and on screen.
 void RedrawHex(MapView& s, int16_t x, int16_t y);
 // Marks a hex blue (or yellow) on Picture1 only, until the next BlitPic1.

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 
-#include "view/mapview.h"
 #include "view/compose.h"
+#include "view/mapview.h"
 #include "view/spritebank.h"
+#include "view/zoomgrid.h"
 
 namespace kv {
 
@@ -28,28 +29,47 @@ int16_t GridMode(const Pens& p, int x, int y) {
   return gridHex ? 2 : 0;
 }
 
-BufRect Intersect(BufRect a, BufRect b) {
-  const int x0 = std::max(a.x, b.x), y0 = std::max(a.y, b.y);
-  const int x1 = std::min(a.x + a.w, b.x + b.w), y1 = std::min(a.y + a.h, b.y + b.h);
-  return {x0, y0, x1 - x0, y1 - y0};
-}
-
 // The cells, in buffer pixels, of columns cx0..cx1 and rows cy0..cy1 (any
-// parity) for the present view origin.
+// parity) for the present view origin and zoom.
 BufRect CellsOf(const MapView& s, int cx0, int cx1, int cy0, int cy1) {
   if (cx0 > cx1 || cy0 > cy1) return {};
   const RefData& r = s.ref;
-  const ViewState& v = s.view;
+  const ZoomGrid g(r, s.view);
   const int half = r.RowPitch / 2;
-  const int left = (cx0 - (v.ViewX - 1)) * r.ColPitch;
-  const int right = (cx1 - (v.ViewX - 1)) * r.ColPitch + r.HexW;
-  const int top = (cy0 - (v.ViewY - 1)) * r.RowPitch;
-  const int bottom = (cy1 - (v.ViewY - 1)) * r.RowPitch + half + r.HexH;
-  return {left, top, right - left, bottom - top};
+  const auto left = g.sx.Lo(int64_t{cx0} * r.ColPitch) - g.BufGX();
+  const auto right = g.sx.Lo(int64_t{cx1} * r.ColPitch + r.HexW) - g.BufGX();
+  const auto top = g.sy.Lo(int64_t{cy0} * r.RowPitch) - g.BufGY();
+  const auto bottom = g.sy.Lo(int64_t{cy1} * r.RowPitch + half + r.HexH) - g.BufGY();
+  return {static_cast<int>(left), static_cast<int>(top), static_cast<int>(right - left),
+          static_cast<int>(bottom - top)};
 }
 
-// The view's part of the buffer: view pixel (0, 0) is buffer pixel (ColPitch, RowPitch).
-BufRect Visible(const MapView& s) { return {s.ref.ColPitch, s.ref.RowPitch, s.view.ViewPixW, s.view.ViewPixH}; }
+// The view's part of the buffer: view pixel (0, 0) is buffer pixel (ColPitch,
+// RowPitch) at 100 %, the pitches on the zoomed grid at another zoom.
+BufRect Visible(const MapView& s) {
+  const ZoomGrid g(s.ref, s.view);
+  return {g.marginX, g.marginY, g.picW, g.picH};
+}
+
+// Recomposes r at another zoom: black, then the hexes of the range whose
+// zoomed cells meet it, each clipped to r.
+void RecomposeZoomed(MapView& s, BufRect r, const HexRange& range, int cx0, int cx1, int cy0, int cy1) {
+  SpriteBank& b = s.sprites;
+  const ZoomGrid g(s.ref, s.view);
+  const RefData& ref = s.ref;
+  BitBlt(b.BufDC, r.x, r.y, r.w, r.h, nullptr, 0, 0, BLACKNESS);
+  const ZoomTarget t{&b.BufDC, g.BufGX(), g.BufGY(), r, g.sx, g.sy};
+  const Document& d = s.doc;
+  for (int x = std::max(cx0, range.x0); x <= std::min(cx1, range.x1); ++x)
+    for (int y = std::max(cy0, range.y0); y <= std::min(cy1, range.y1); ++y) {
+      if (!d.HexPixel.InRange(x, y, 1)) continue;
+      const int64_t px = g.sx.Lo(d.HexPixel(x, y, 0)) - t.gx, py = g.sy.Lo(d.HexPixel(x, y, 1)) - t.gy;
+      const int64_t pr = g.sx.Lo(int64_t{d.HexPixel(x, y, 0)} + ref.HexW) - t.gx;
+      const int64_t pb = g.sy.Lo(int64_t{d.HexPixel(x, y, 1)} + ref.HexH) - t.gy;
+      if (pr <= r.x || px >= r.x + r.w || pb <= r.y || py >= r.y + r.h) continue;
+      PaintHexZoomed(s, t, static_cast<int16_t>(x), static_cast<int16_t>(y), GridMode(s.pens, x, y));
+    }
+}
 
 }  // namespace
 
@@ -61,6 +81,17 @@ void RecomposeBufferRect(MapView& s, BufRect r) {
   const ViewState& v = s.view;
   const int W = ref.HexW, H = ref.HexH;
   if (W <= 0 || H <= 0 || ref.ColPitch <= 0 || ref.RowPitch <= 0) return;
+  const ZoomGrid g(ref, v);
+  if (!g.FullSize()) {
+    // The map pixels r shows, and the columns and rows whose cells can meet them.
+    const int64_t mx0 = g.sx.MapOf(g.BufGX() + r.x), mx1 = g.sx.MapOf(g.BufGX() + r.x + r.w - 1) + 1;
+    const int64_t my0 = g.sy.MapOf(g.BufGY() + r.y), my1 = g.sy.MapOf(g.BufGY() + r.y + r.h - 1) + 1;
+    RecomposeZoomed(s, r, FullRedrawRange(s, v.ViewX, v.ViewY), static_cast<int>(FloorDiv(mx0 - W, ref.ColPitch) - 1),
+                    static_cast<int>(mx1 / ref.ColPitch + 1),
+                    static_cast<int>(FloorDiv(my0 - H - ref.RowPitch, ref.RowPitch) - 1),
+                    static_cast<int>(my1 / ref.RowPitch + 1));
+    return;
+  }
   // A black scratch with a cell's room round r: hexes are drawn whole into it
   // and only r goes back, so nothing outside r changes.
   Bitmap scratch(r.w + 2 * W, r.h + 2 * H + ref.RowPitch);
@@ -86,11 +117,10 @@ void RecomposeBufferRect(MapView& s, BufRect r) {
 
 void CompleteScrollStep(MapView& s, int dx, int dy) {
   const ViewState& v = s.view;
-  const RefData& r = s.ref;
   const BufRect vis = Visible(s);
   // What came into the view from the buffer's margin: the part of the view
-  // that the shifted old view does not cover.
-  const BufRect old{vis.x - dx * r.ColPitch, vis.y - dy * r.RowPitch, vis.w, vis.h};
+  // that the old view, shifted by a pitch (on the zoomed grid), does not cover.
+  const BufRect old{vis.x - dx * vis.x, vis.y - dy * vis.y, vis.w, vis.h};
   BufRect in;
   if (dx > 0) in = {old.x + old.w, vis.y, vis.x + vis.w - (old.x + old.w), vis.h};
   if (dx < 0) in = {vis.x, vis.y, old.x - vis.x, vis.h};

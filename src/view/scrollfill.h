@@ -7,19 +7,15 @@
 // shows what a full redraw would. HexContour is left as the step left it.
 #pragma once
 
+#include "view/zoomgrid.h"
+
 namespace kv {
 
 struct MapView;
 
-// A rectangle of buffer pixels.
-struct BufRect {
-  int x = 0, y = 0, w = 0, h = 0;
-  bool Empty() const { return w <= 0 || h <= 0; }
-};
-
-// Recomposes r of the buffer as RedrawBuffers composes it (black, then every
-// hex of its range whose cell meets r, columns outermost), touching no pixel
-// outside r and no map data.
+// Recomposes r of the buffer (its own pixels, at the view's zoom) as
+// RedrawBuffers composes it (black, then every hex of its range whose cell
+// meets r, columns outermost), touching no pixel outside r and no map data.
 void RecomposeBufferRect(MapView& s, BufRect r);
 
 // Completes a one-step scroll: dx is +1 after ScrollRight, -1 after ScrollLeft,

@@ -7,6 +7,7 @@
 #include "view/mapview.h"
 #include "view/compose.h"
 #include "view/render_api.h"
+#include "view/zoomgrid.h"
 
 namespace kv {
 
@@ -92,12 +93,19 @@ void ComputeBufferSize(const MapView& s, int32_t& w, int32_t& h) {
                                           r.HexH * 2.5));
   w = std::max(w, 0);
   h = std::max(h, 0);
+  // At another zoom the buffer holds the same part of the map at the zoom's
+  // size (and a pixel more on each side for the rounding).
+  const ZoomGrid g(r, v);
+  if (!g.FullSize()) {
+    w = static_cast<int32_t>(g.sx.Zoomed(w)) + 2;
+    h = static_cast<int32_t>(g.sy.Zoomed(h)) + 2;
+  }
 }
 
 void ClearPicture1(MapView& s) {
   Bitmap& p = s.sprites.Picture1;
-  if (p.Width() != s.view.ViewPixW || p.Height() != s.view.ViewPixH)
-    p.Create(s.view.ViewPixW, s.view.ViewPixH);
+  const ZoomGrid g(s.ref, s.view);
+  if (p.Width() != g.picW || p.Height() != g.picH) p.Create(g.picW, g.picH);
   p.Fill(kPictureBackColour);
   s.ui().Changed(Change::Picture1);
 }
@@ -139,22 +147,34 @@ void RedrawBuffers(MapView& s) {
 void BlitPic1(MapView& s) {
   SpriteBank& b = s.sprites;
   const ViewState& v = s.view;
-  if (b.Picture1.Width() != v.ViewPixW || b.Picture1.Height() != v.ViewPixH) {
-    b.Picture1.Create(v.ViewPixW, v.ViewPixH);
+  // At 100 % the surface is ViewPixW x ViewPixH and the margin a pitch.
+  const ZoomGrid g(s.ref, v);
+  if (b.Picture1.Width() != g.picW || b.Picture1.Height() != g.picH) {
+    b.Picture1.Create(g.picW, g.picH);
     b.Picture1.Fill(kPictureBackColour);
   }
-  BitBlt(b.Picture1, 0, 0, v.ViewPixW, v.ViewPixH, &b.BufDC, s.ref.ColPitch, s.ref.RowPitch,
-         SRCCOPY);
+  BitBlt(b.Picture1, 0, 0, g.picW, g.picH, &b.BufDC, g.marginX, g.marginY, SRCCOPY);
   s.ui().Changed(Change::Picture1);
   if (s.forms.Form5Loaded && s.viewHooks.ViewShown) s.viewHooks.ViewShown(s);
 }
+
+namespace {
+
+// How far the buffer moves for one column (or row): a pitch, on the zoomed
+// grid at another zoom.
+int StepPixels(const MapView& s, bool across) {
+  const ZoomGrid g(s.ref, s.view);
+  return across ? g.marginX : g.marginY;
+}
+
+}  // namespace
 
 // The four one-step moves: one copy of the buffer within itself, then the
 // hexes that came in, drawn without the grid overlay.
 void ScrollLeft(MapView& s) {
   SpriteBank& b = s.sprites;
   const ViewState& v = s.view;
-  const int cp = s.ref.ColPitch;
+  const int cp = StepPixels(s, true);
   BitBlt(b.BufDC, cp, 0, b.BufW - cp, b.BufH, &b.BufDC, 0, 0, SRCCOPY);
   const int yEnd = std::min<int>(v.ViewRows + v.ViewY + 1, s.doc.MapMaxY);
   for (int y = v.ViewY; y <= yEnd; ++y)
@@ -164,7 +184,7 @@ void ScrollLeft(MapView& s) {
 void ScrollRight(MapView& s) {
   SpriteBank& b = s.sprites;
   const ViewState& v = s.view;
-  const int cp = s.ref.ColPitch;
+  const int cp = StepPixels(s, true);
   BitBlt(b.BufDC, 0, 0, b.BufW - cp, b.BufH, &b.BufDC, cp, 0, SRCCOPY);
   const int xEnd = std::min<int>(v.ViewCols + v.ViewX + 1, s.doc.MapMaxX);
   const int yEnd = std::min<int>(v.ViewRows + v.ViewY + 1, s.doc.MapMaxY);
@@ -175,7 +195,7 @@ void ScrollRight(MapView& s) {
 void ScrollUp(MapView& s) {
   SpriteBank& b = s.sprites;
   const ViewState& v = s.view;
-  const int rp = s.ref.RowPitch;
+  const int rp = StepPixels(s, false);
   BitBlt(b.BufDC, 0, rp, b.BufW, b.BufH - rp, &b.BufDC, 0, 0, SRCCOPY);
   const int xEnd = std::min<int>(v.ViewCols + v.ViewX + 1, s.doc.MapMaxX);
   for (int x = v.ViewX; x <= xEnd; ++x)
@@ -185,7 +205,7 @@ void ScrollUp(MapView& s) {
 void ScrollDown(MapView& s) {
   SpriteBank& b = s.sprites;
   const ViewState& v = s.view;
-  const int rp = s.ref.RowPitch;
+  const int rp = StepPixels(s, false);
   BitBlt(b.BufDC, 0, 0, b.BufW, b.BufH - rp, &b.BufDC, 0, rp, SRCCOPY);
   const int xEnd = std::min<int>(v.ViewCols + v.ViewX + 1, s.doc.MapMaxX);
   const int yEnd = std::min<int>(v.ViewRows + v.ViewY + 1, s.doc.MapMaxY);

@@ -35,7 +35,8 @@ struct SpriteBank {
   Bitmap BufDC;
   int32_t BufW = 0, BufH = 0;
 
-  // What the main window shows: ViewPixW x ViewPixH.
+  // What the main window shows: ViewPixW x ViewPixH at 100 %, the same part
+  // of the map at the zoom's own size at another zoom (view/zoomgrid.h).
   Bitmap Picture1;
   // The hidden canvas of the map image export.
   Bitmap Picture5;
@@ -65,7 +66,7 @@ void ScrollRight(MapView& s);
 void ScrollUp(MapView& s);
 void ScrollDown(MapView& s);
 
-// BufW and BufH for the present view and geometry.
+// BufW and BufH for the present view, geometry and zoom.
 void ComputeBufferSize(const MapView& s, int32_t& w, int32_t& h);
 
 }  // namespace kv

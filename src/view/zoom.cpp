@@ -6,6 +6,7 @@
 #include "view/mapview.h"
 #include "view/geometry.h"
 #include "view/transform.h"
+#include "view/zoomgrid.h"
 
 namespace kv {
 
@@ -35,15 +36,19 @@ void OriginKeepingPoint(const MapView& s, double wx, double wy, int newZoom, int
   ViewTransform(r, s.view).ViewToMap(wx, wy, mx, my);
   int16_t hx = 0, hy = 0;
   ViewPointHex(s, wx, wy, hx, hy);
-  // The origin at the new zoom that puts the same map pixel under the point.
-  const double nx = mx - WindowToView(wx, newZoom), ny = my - WindowToView(wy, newZoom);
-  const double ex = nx / r.ColPitch, ey = ny / r.RowPitch;
+  // The origin at the new zoom that puts the same map pixel under the point:
+  // on the zoomed grid a column is sx.num pixels, a row sy.num.
+  const ZoomScale sx = ScaleAcross(r, newZoom), sy = ScaleDown(r, newZoom);
+  const double ex = static_cast<double>(mx) / r.ColPitch - std::floor(wx) / static_cast<double>(sx.num);
+  const double ey = static_cast<double>(my) / r.RowPitch - std::floor(wy) / static_cast<double>(sy.num);
   viewX = static_cast<int32_t>(std::lround(ex));
   viewY = static_cast<int32_t>(std::lround(ey));
   ViewState after = s.view;
   after.Zoom = static_cast<int16_t>(newZoom);
-  for (int32_t cx : {static_cast<int32_t>(std::floor(ex)), static_cast<int32_t>(std::ceil(ex))})
-    for (int32_t cy : {static_cast<int32_t>(std::floor(ey)), static_cast<int32_t>(std::ceil(ey))}) {
+  // The origins round the exact one, nearest first.
+  const auto fx = static_cast<int32_t>(std::floor(ex)), fy = static_cast<int32_t>(std::floor(ey));
+  for (int32_t cx : {fx, fx + 1, fx - 1, fx + 2})
+    for (int32_t cy : {fy, fy + 1, fy - 1, fy + 2}) {
       after.ViewX = cx;
       after.ViewY = cy;
       int16_t tx = 0, ty = 0;
@@ -61,7 +66,8 @@ std::vector<PathHex> HexesAlong(const MapView& s, double X0, double Y0, double X
   const ViewState& v = s.view;
   // Steps of at most a quarter of the smaller pitch: no hex is stepped over.
   const double step = std::max(1.0, ViewToWindow(std::min(s.ref.ColPitch, s.ref.RowPitch) / 4.0, v.Zoom));
-  const double right = ViewToWindow(v.ViewPixW, v.Zoom), bottom = ViewToWindow(v.ViewPixH, v.Zoom);
+  const ZoomGrid g(s.ref, v);
+  const double right = g.picW, bottom = g.picH;
   const double len = std::hypot(X1 - X0, Y1 - Y0);
   const int n = std::max(1, static_cast<int>(std::ceil(len / step)));
   int16_t lx = 0, ly = 0;

@@ -21,6 +21,8 @@
 #include "jumpmap/jumpmap.h"
 #include "testutil.h"
 #include "view/geometry.h"
+#include "view/transform.h"
+#include "view/zoom.h"
 
 using namespace kv;
 using kv::gui::Form1;
@@ -68,12 +70,9 @@ struct Editor {
   QWidget* view() { return f->findChild<QWidget*>(QStringLiteral("Picture1")); }
   // The widget point over the middle of hex (x, y), at the present zoom.
   QPoint HexPoint(int x, int y) {
-    int32_t px = 0, py = 0;
-    HexToPixel(s().ref, x, y, px, py);
-    const ViewState& v = s().view;
-    const double z = s().view.Zoom / 100.0;
-    return {static_cast<int>((px + s().ref.ColPitch / 2 - s().ref.ColPitch * v.ViewX) * z) + kBorder,
-            static_cast<int>((py + s().ref.RowPitch / 2 - s().ref.RowPitch * v.ViewY) * z) + kBorder};
+    double X = 0, Y = 0;
+    ViewTransform(s().ref, s().view).HexCentre(x, y, X, Y);
+    return {static_cast<int>(X) + kBorder, static_cast<int>(Y) + kBorder};
   }
   // The editor as a user has it: the layout follows the window, tool windows stay in reach.
   void Comfort() {
@@ -257,9 +256,7 @@ TEST(HandWheel, TheWheelScrollsThroughTheBarsAndCtrlZoomsRoundThePointer) {
   const QPoint at(300, 200);
   auto hexAt = [&](QPoint p) {
     int16_t x = 0, y = 0;
-    const double z = e.s().view.Zoom / 100.0;
-    pixel_hex(s, std::nearbyint((p.x() - kBorder) / z + s.ref.ColPitch * s.view.ViewX),
-              std::nearbyint((p.y() - kBorder) / z + s.ref.RowPitch * s.view.ViewY), x, y);
+    ViewPointHex(s, p.x() - kBorder, p.y() - kBorder, x, y);
     return std::pair<int, int>(x, y);
   };
   const auto before = hexAt(at);
