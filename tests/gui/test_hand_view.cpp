@@ -101,13 +101,16 @@ TEST(HandWindow, EverySizeShowsTheBarsThePanelAndWholeCaptions) {
       auto* w = c->findChild<QWidget*>(QString::fromLatin1(n));
       const QRect g = w->geometry();
       const bool mapPart = std::string(n).find("Scroll") != std::string::npos || std::string(n) == "Picture1";
-      if (mapPart || c->width() >= 1300)
+      if (mapPart || c->width() >= 1300) {
         EXPECT_TRUE(inside.contains(g)) << n << " " << g.x() << "," << g.y() << " " << w->width() << "x" << w->height();
+      }
       EXPECT_LE(g.bottom(), inside.bottom()) << n;
     }
-    for (QLabel* l : c->findChildren<QLabel*>())
-      if (l->isVisible() && !l->text().isEmpty() && l->objectName() != "Label3")
+    for (QLabel* l : c->findChildren<QLabel*>()) {
+      if (l->isVisible() && !l->text().isEmpty() && l->objectName() != "Label3") {
         EXPECT_GE(l->width(), l->sizeHint().width()) << l->objectName().toStdString();
+      }
+    }
     for (QPushButton* b : c->findChildren<QPushButton*>()) EXPECT_GE(b->width(), b->sizeHint().width());
     // The view shows what its size holds, and the bars reach the map's end.
     const ViewState& v = e.s().view;
