@@ -244,4 +244,24 @@ bool SaveJumpMapImage(Session& s, const std::string& path) {
   return WriteBmpFile(path, s.jump.Picture2, &err);
 }
 
+void JumpMapHexEdited(Session& s, int16_t x, int16_t y) {
+  LoadForm5(s);
+  JumpMapState& j = s.jump;
+  j.Picture2Box.shown = false;
+  if (s.doc.OnMap(x, y)) {
+    j.Picture2.SetPixel(x, y, TerrainColour(s.ref, s.doc.HexInfo(x, y, 0)));
+    s.ui().Changed(Change::Form5Picture2);
+  }
+}
+
+void JumpMapFollowView(Session& s) {
+  const ViewState& v = s.view;
+  JumpMapState& j = s.jump;
+  const int bx = std::max(v.ViewX - j.HScroll1.Value, 0);
+  const int by = std::max(v.ViewY - j.VScroll1.Value, 0);
+  j.FormBox = {true, bx, by, bx + v.ViewCols, by + v.ViewRows, 0};
+  s.ui().Changed(Change::Picture2Cls);
+  s.ui().Changed(Change::Form5);
+}
+
 }  // namespace kv

@@ -70,6 +70,12 @@ void JumpMapClick(Session& s, double X, double Y);
 void JumpMapSetFilter(Session& s, int16_t filter);
 void JumpMapZoom(Session& s, float delta);
 
+// What the jump map does when the main view draws (ViewHooks, installed with
+// the session): a hex edited is redrawn there (loading Form5 hidden if it is
+// not loaded), and the box follows the view when it is filled again.
+void JumpMapHexEdited(Session& s, int16_t x, int16_t y);
+void JumpMapFollowView(Session& s);
+
 // SaveMap's jump-map image: DrawStrategicMap, BuildObjList, and Picture2
 // written as a BMP file to `path` (through a temporary file).
 bool SaveJumpMapImage(Session& s, const std::string& path);

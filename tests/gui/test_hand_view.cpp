@@ -113,9 +113,11 @@ TEST(HandWindow, EverySizeShowsTheBarsThePanelAndWholeCaptions) {
       for (size_t k = i + 1; k < panel.size(); ++k)
         EXPECT_FALSE(panel[i]->geometry().intersects(panel[k]->geometry()))
             << panel[i]->objectName().toStdString() << " over " << panel[k]->objectName().toStdString();
-    for (QLabel* l : c->findChildren<QLabel*>())
-      if (l->isVisible() && !l->text().isEmpty() && l->objectName() != "Label3")
+    for (QLabel* l : c->findChildren<QLabel*>()) {
+      if (l->isVisible() && !l->text().isEmpty() && l->objectName() != "Label3") {
         EXPECT_GE(l->width(), l->sizeHint().width()) << l->objectName().toStdString();
+      }
+    }
     for (QPushButton* b : c->findChildren<QPushButton*>()) EXPECT_GE(b->width(), b->sizeHint().width());
     // The view shows what its size holds, and the bars reach the map's end.
     const ViewState& v = e.s().view;
