@@ -148,6 +148,12 @@ const EditorName* FindEditorName(const QString& name) {
   return it == std::end(kNames) ? nullptr : &*it;
 }
 
+std::vector<const char*> EditorNames() {
+  std::vector<const char*> names;
+  for (const EditorName& n : kNames) names.push_back(n.name);
+  return names;
+}
+
 bool EditorNumber(const QString& text, long long* out, QString* err) {
   bool ok = false;
   const QString t = text.trimmed();

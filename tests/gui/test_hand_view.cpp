@@ -12,10 +12,12 @@
 #include <QStatusBar>
 #include <QTest>
 #include <QWheelEvent>
+#include <cctype>
 #include <memory>
 
 #include "gui/Form1.h"
 #include "gui/PictureBox.h"
+#include "gui/editorscript.h"
 #include "gui/guitest.h"
 #include "gui/qtui.h"
 #include "gui/statusbar.h"
@@ -306,6 +308,23 @@ TEST(HandScript, EditorZoomStrokeAndWheel) {
   ASSERT_EQ(e.Run("Editor.Zoom = 300\n", &out), 1);
   EXPECT_NE(out.find("Editor.Zoom: 25 to 200"), std::string::npos) << out;
   ASSERT_EQ(e.Run("Editor.Wheel -120 0\nprint ViewY\n", &out), 0) << out;
+}
+
+// The README names every Editor name of the table as `Editor.NAME`.
+TEST(HandScript, TheReadmeNamesEveryEditorName) {
+  const std::vector<uint8_t> bytes = kvtest::ReadBytes(std::string(KV_SOURCE_DIR) + "/README.md");
+  const std::string readme(bytes.begin(), bytes.end());
+  const std::vector<const char*> names = gui::EditorNames();
+  EXPECT_GE(names.size(), 13u);
+  for (const char* n : names) {
+    const std::string quoted = std::string("`Editor.") + n;
+    bool found = false;
+    for (size_t at = readme.find(quoted); at != std::string::npos && !found; at = readme.find(quoted, at + 1)) {
+      const char next = at + quoted.size() < readme.size() ? readme[at + quoted.size()] : ' ';
+      found = !std::isalnum(static_cast<unsigned char>(next));  // not the start of a longer name
+    }
+    EXPECT_TRUE(found) << n;
+  }
 }
 
 TEST(HandJumpMap, AnOpenJumpMapShowsAPaintedHexAtOnce) {
