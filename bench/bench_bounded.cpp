@@ -13,8 +13,8 @@
 #include "autotile/engine.h"
 #include "autotile/passes.h"
 #include "autotile/stores.h"
-#include "document/filemenu.h"
-#include "document/startup.h"
+#include "editing/filemenu.h"
+#include "editing/startup.h"
 #include "session.h"
 
 using namespace kv;

@@ -4,7 +4,7 @@
 
 #include <random>
 
-#include "document/history.h"
+#include "editing/history.h"
 #include "session.h"
 
 using namespace kv;

@@ -17,7 +17,7 @@
 #include <memory>
 
 #include "document/mapfile.h"
-#include "document/startup.h"
+#include "editing/startup.h"
 #include "jumpmap/mapimage.h"
 #include "jumpmap/mappicture.h"
 #include "platform/bitmap.h"

@@ -3,7 +3,7 @@
 // that is refused must leave the map as it was.
 #include <string>
 
-#include "document/clipboard.h"
+#include "editing/clipboard.h"
 #include "fuzz_common.h"
 
 using namespace kv;

@@ -1,47 +1,24 @@
 #include "session.h"
 
-#include "platform/fileio.h"
+#include "editing/editing.h"
+#include "editing/filemenu.h"
+#include "editing/mapload.h"
+#include "editing/tilepicker.h"
 
 namespace kv {
 
-float RndGen::Next() {
-  seed_ = (seed_ * 1140671485u + 12820163u) & 0xFFFFFFu;
-  return static_cast<float>(seed_) / 16777216.0f;
-}
-
-Session::Session(std::string appPath, Ui* ui)
-    : AppPath(std::move(appPath)), own_ui_(std::make_unique<HeadlessUi>()), ui_(own_ui_.get()) {
-  if (ui) ui_ = ui;
+// The layers below reach the ones above only through these hooks, set here
+// once for every session, so that the classic procedures behave as one.
+Session::Session(std::string appPath, Ui* ui) : MapView(std::move(appPath), ui) {
+  viewHooks.HexEdited = [this](MapView&, int16_t x, int16_t y) { JumpMapHexEdited(*this, x, y); };
+  viewHooks.ViewShown = [this](MapView&) { JumpMapFollowView(*this); };
+  ed.hooks.NewMap = [](Session& s) { NewMap(s); };
+  ed.hooks.SetHex = [](Session& s, int16_t x, int16_t y) { SetHex(s, x, y); };
+  ed.hooks.MainKeyDown = [](Session& s, int keyCode, int shift) { Form_KeyDown(s, keyCode, shift); };
+  ed.hooks.ShowFileDialog = [](Session& s, int mode, const std::string& ext) { LoadSave_Show(s, mode, ext); };
+  ed.hooks.TileScreenClosed = [](Session& s, FormId form) { TilePicker_ScreenClosed(s, form); };
 }
 
 Session::~Session() = default;
-
-void Session::SetUi(Ui* ui) { ui_ = ui ? ui : own_ui_.get(); }
-
-std::string Session::App(const std::string& rel) const { return JoinPath(AppPath, rel); }
-
-void Session::SetLabel3(const std::string& text) {
-  forms.Label3Caption = text;
-  ui_->Changed(Change::Label3);
-}
-
-void Session::SetPointer(int pointer) {
-  forms.MousePointer = pointer;
-  ui_->Changed(Change::MousePointer);
-}
-
-void Session::SetForm1Caption(const std::string& text) {
-  forms.Form1Caption = text;
-  ui_->Changed(Change::Form1Caption);
-}
-
-void Session::MapEdited(const HexRect& area) {
-  const HexRect r = area.ClippedTo(doc.MapMaxX, doc.MapMaxY);
-  if (!r.Empty()) ui_->MapChanged({MapChange::Kind::Edit, r});
-}
-
-void Session::MapReplaced() {
-  ui_->MapChanged({MapChange::Kind::Replaced, HexRect::Whole(doc.MapMaxX, doc.MapMaxY)});
-}
 
 }  // namespace kv

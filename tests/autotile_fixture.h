@@ -10,7 +10,7 @@
 #include <string>
 
 #include "autotile/stores.h"
-#include "document/startup.h"
+#include "editing/startup.h"
 #include "session.h"
 #include "testutil.h"
 

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "document/startup.h"
+#include "editing/startup.h"
 #include "platform/ui.h"
 #include "session.h"
 #include "testutil.h"

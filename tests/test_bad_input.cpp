@@ -3,13 +3,14 @@
 // open map changes with them.
 #include <gtest/gtest.h>
 
-#include "document/clipboard.h"
+#include "editing/clipboard.h"
 #include "document/document_ops.h"
-#include "document/fileflow.h"
-#include "document/filemenu.h"
+#include "editing/fileflow.h"
+#include "editing/filemenu.h"
 #include "document/mapfile.h"
-#include "document/startup.h"
+#include "editing/startup.h"
 #include "editing/controlform.h"
+#include "editing/mapload.h"
 #include "platform/fileio.h"
 #include "refdata/nations.h"
 #include "session.h"

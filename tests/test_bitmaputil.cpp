@@ -7,8 +7,9 @@
 
 #include "bitmaputil/bitmaputil.h"
 #include "document/document_ops.h"
-#include "document/filemenu.h"
-#include "document/startup.h"
+#include "editing/filemenu.h"
+#include "editing/mapload.h"
+#include "editing/startup.h"
 #include "jumpmap/jumpmap.h"
 #include "platform/fileio.h"
 #include "session.h"

@@ -4,11 +4,11 @@
 
 #include <memory>
 
-#include "document/clipboard.h"
-#include "document/filemenu.h"
+#include "editing/clipboard.h"
+#include "editing/filemenu.h"
 #include "document/mapfile.h"
 #include "document/namestore.h"
-#include "document/startup.h"
+#include "editing/startup.h"
 #include "platform/fileio.h"
 #include "session.h"
 #include "minisession.h"

@@ -7,7 +7,7 @@
 
 #include "document/mapfile.h"
 #include "document/namestore.h"
-#include "document/startup.h"
+#include "editing/startup.h"
 #include "editing/editing.h"
 #include "session.h"
 #include "minisession.h"

@@ -8,10 +8,11 @@
 
 #include "analysis/roadcheck.h"
 #include "autotile/passes.h"
-#include "document/clipboard.h"
+#include "editing/clipboard.h"
 #include "document/document_ops.h"
 #include "document/mapfile.h"
 #include "editing/editing.h"
+#include "editing/mapload.h"
 #include "minisession.h"
 #include "platform/events.h"
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "document/startup.h"
+#include "editing/startup.h"
 #include "editing/controlform.h"
 #include "editing/editing.h"
 #include "editing/tilepicker.h"

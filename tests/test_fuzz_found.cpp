@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "autotile/stores.h"
-#include "document/clipboard.h"
+#include "editing/clipboard.h"
 #include "document/mapfile.h"
 #include "document/namestore.h"
 #include "platform/bitmap.h"

@@ -9,13 +9,14 @@
 #include "analysis/landmass.h"
 #include "analysis/roadcheck.h"
 #include "autotile/passes.h"
-#include "document/clipboard.h"
+#include "editing/clipboard.h"
 #include "document/document_ops.h"
-#include "document/history.h"
+#include "editing/history.h"
 #include "document/mapfile.h"
 #include "document/namestore.h"
 #include "editing/controlform.h"
 #include "editing/editing.h"
+#include "editing/mapload.h"
 #include "minisession.h"
 
 using namespace kv;

@@ -315,7 +315,7 @@ TEST(Scroll, OneStepMatchesAFullRedrawOfTheNewView) {
   struct Move {
     const char* name;
     int dx, dy;
-    void (*fn)(Session&);
+    void (*fn)(MapView&);
   };
   const Move moves[] = {{"left", -1, 0, ScrollLeft}, {"right", 1, 0, ScrollRight},
                         {"up", 0, -1, ScrollUp}, {"down", 0, 1, ScrollDown}};

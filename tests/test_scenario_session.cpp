@@ -6,9 +6,10 @@
 #include <memory>
 
 #include "document/document_ops.h"
-#include "document/fileflow.h"
+#include "editing/fileflow.h"
 #include "document/namestore.h"
-#include "document/startup.h"
+#include "editing/mapload.h"
+#include "editing/startup.h"
 #include "pgfiles.h"
 #include "platform/fileio.h"
 #include "scenario/import.h"

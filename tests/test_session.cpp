@@ -5,10 +5,11 @@
 #include <unistd.h>
 
 #include "document/document_ops.h"
-#include "document/fileflow.h"
+#include "editing/fileflow.h"
 #include "document/mapfile.h"
 #include "document/namestore.h"
-#include "document/startup.h"
+#include "editing/mapload.h"
+#include "editing/startup.h"
 #include "platform/fileio.h"
 #include "session.h"
 #include "minisession.h"

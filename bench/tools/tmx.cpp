@@ -13,8 +13,8 @@
 #include <vector>
 #include <zlib.h>
 
-#include "document/fileflow.h"
-#include "document/startup.h"
+#include "editing/fileflow.h"
+#include "editing/startup.h"
 #include "platform/bitmap.h"
 #include "platform/fileio.h"
 #include "platform/pngwrite.h"

@@ -3,7 +3,6 @@
 #include <cstdio>
 
 #include "autotile/stores.h"
-#include "editing/formstate.h"
 #include "platform/textfields.h"
 #include "session.h"
 
@@ -155,6 +154,15 @@ Change ScreenChanged(TileScreen which) {
   return Change::Form14;
 }
 
+FormId ScreenForm(TileScreen which) {
+  switch (which) {
+    case TileScreen::Road: return FormId::Form11;
+    case TileScreen::Pattern: return FormId::Form13;
+    case TileScreen::Terrain: break;
+  }
+  return FormId::Form14;
+}
+
 }  // namespace
 
 std::string MarkPicture(const std::string& tag) { return tag == "1" ? "bmp/c1.bmp" : "bmp/c0.bmp"; }
@@ -168,12 +176,7 @@ void TileScreen_Load(Session& s, TileScreen which) {
 
 void TileScreen_Unload(Session& s, TileScreen which) {
   Common(s, which).Loaded = false;
-  TilePickerState& p = s.ed.picker;
-  switch (which) {
-    case TileScreen::Road: p.RoadFormOpen = 0; break;
-    case TileScreen::Pattern: p.PatternFormOpen = 0; break;
-    case TileScreen::Terrain: p.TerrainFormOpen = 0; break;
-  }
+  if (s.ed.hooks.TileScreenClosed) s.ed.hooks.TileScreenClosed(s, ScreenForm(which));
 }
 
 void TileScreen_GetStuff(Session& s, TileScreen which) {

@@ -5,7 +5,6 @@
 #include "bitmaputil/bitmaputil.h"
 #include "bitmaputil/bitmaputil_internal.h"
 #include "document/document_ops.h"
-#include "document/filemenu.h"
 #include "platform/fileio.h"
 #include "session.h"
 #include "view/compose.h"
@@ -133,7 +132,7 @@ void bmp2map_Click(Session& s) {
   d.MapMaxY = static_cast<int16_t>(h);
   d.MapFile = CutExt(b.BitmapName, 3, "map");
   d.MapPath = CutExt(s.ed.dlg.DlgFile, 3, "map");
-  NewMap(s);
+  s.ed.hooks.NewMap(s);
   b.PixelDoneW = w + 1;
   b.PixelDoneH = h + 1;
   b.PixelDone.assign(static_cast<size_t>(b.PixelDoneW) * b.PixelDoneH, 0);

@@ -8,10 +8,9 @@
 #include "autotile/random.h"
 #include "bitmaputil/bitmaputil.h"
 #include "bitmaputil/bitmaputil_internal.h"
-#include "document/filemenu.h"
-#include "editing/editing.h"
 #include "jumpmap/jumpmap.h"
 #include "platform/fileio.h"
+#include "platform/keys.h"
 #include "platform/textfields.h"
 #include "session.h"
 #include "view/compose.h"
@@ -278,7 +277,7 @@ void Form4_ScrollRanges(Session& s, int frameW, int frameH) {
   b.VScroll1.Value = std::clamp(b.VScroll1.Value, 0, std::max(0, b.VScroll1.Max));
 }
 
-void Form4_LoadBitmap_Click(Session& s) { LoadSave_Show(s, 4, ".bmp"); }
+void Form4_LoadBitmap_Click(Session& s) { s.ed.hooks.ShowFileDialog(s, 4, ".bmp"); }
 
 void BitmapDialogLoad(Session& s, const std::string& name, const std::string& previousDlgFile) {
   DialogState& g = s.ed.dlg;
@@ -425,7 +424,7 @@ void Form4_Label1_Click(Session& s) {
 }
 
 void Form4_Form_KeyDown(Session& s, int keyCode, int shift) {
-  if (keyCode == key::B || keyCode == key::N) Form_KeyDown(s, keyCode, shift);
+  if (keyCode == key::B || keyCode == key::N) s.ed.hooks.MainKeyDown(s, keyCode, shift);
 }
 
 std::string PointerReadout(Session& s, double X, double Y) {
@@ -467,7 +466,7 @@ void Form4_Picture2_MouseDown(Session& s, int button, int, double X, double Y) {
     p.CurHexX = col;
     p.CurHexY = row;
     if (button == 1) {
-      SetHex(s, col, row);
+      s.ed.hooks.SetHex(s, col, row);
     } else {
       GoToHex(s, col, row);
       YellowHex(s, p.CurHexX, p.CurHexY);

@@ -5,6 +5,7 @@
 #include "cli/mapsession.h"
 #include "document/document_ops.h"
 #include "document/mapfile.h"
+#include "editing/mapload.h"
 
 namespace kv::cli {
 

@@ -3,8 +3,8 @@
 #include <filesystem>
 
 #include "cli/commands.h"
-#include "document/fileflow.h"
-#include "document/startup.h"
+#include "editing/fileflow.h"
+#include "editing/startup.h"
 #include "platform/fileio.h"
 #include "scenario/import.h"
 #include "session.h"

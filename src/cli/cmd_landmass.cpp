@@ -5,6 +5,7 @@
 #include "analysis/landmass.h"
 #include "cli/mapsession.h"
 #include "document/mapfile.h"
+#include "editing/mapload.h"
 
 namespace kv::cli {
 

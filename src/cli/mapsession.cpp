@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <filesystem>
 
-#include "document/fileflow.h"
-#include "document/startup.h"
+#include "editing/fileflow.h"
+#include "editing/startup.h"
 
 namespace kv::cli {
 

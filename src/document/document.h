@@ -73,5 +73,7 @@ struct Document {
 
 // Highest index the data model accepts for either dimension.
 constexpr int kMaxMapIndex = 32767;
+// Largest number of hexes a new map may have.
+constexpr long long kMaxNewMapHexes = 16LL * 1024 * 1024;
 
 }  // namespace kv

@@ -1,15 +1,9 @@
 #include "document/document_ops.h"
 
-#include "autotile/random.h"
-#include "document/namestore.h"
-#include "jumpmap/jumpmap.h"
+#include "document/mapfile.h"
+#include "document/mapstate.h"
 #include "platform/fileio.h"
-#include "session.h"
-#include "view/geometry.h"
-#include "view/render_api.h"
-#include "view/scrolling.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace kv {
@@ -43,7 +37,7 @@ void Document::TakePlanes(Document&& m) {
   HexAIDist = std::move(m.HexAIDist);
 }
 
-void BuildObjList(Session& s) {
+void BuildObjList(MapState& s) {
   Document& d = s.doc;
   int count = 0;
   HexRect cleared;
@@ -76,7 +70,7 @@ void BuildObjList(Session& s) {
       }
 }
 
-void BuildOwnerMap(Session& s) {
+void BuildOwnerMap(MapState& s) {
   Document& d = s.doc;
   d.HexOrigOwner.Allocate(d.W(), d.H());
   for (int i = 1; i <= d.ObjCount; ++i) {
@@ -86,69 +80,23 @@ void BuildOwnerMap(Session& s) {
   }
 }
 
-void RetypeHexes(Session& s) {
+void RetypeHexes(MapState& s) {
   Document& d = s.doc;
   for (int x = 0; x <= d.MapMaxX; ++x)
     for (int y = 0; y <= d.MapMaxY; ++y) d.HexInfo(x, y, 0) = s.ref.TypeOf(d.HexTile(x, y));
   s.MapEdited();
 }
 
-void KeepPensOnMap(Session& s) {
-  const Document& d = s.doc;
-  Pens& p = s.pens;
-  auto inX = [&](int16_t& v) { v = std::clamp<int16_t>(v, 0, d.MapMaxX); };
-  auto inY = [&](int16_t& v) { v = std::clamp<int16_t>(v, 0, d.MapMaxY); };
-  inX(p.CurHexX);
-  inY(p.CurHexY);
-  inX(p.SelX1);
-  inX(p.SelX2);
-  inY(p.SelY1);
-  inY(p.SelY2);
-}
-
-void AfterDocumentReplaced(Session& s) {
-  KeepPensOnMap(s);
-  s.MapReplaced();
-  FillHexPixel(s);
-  s.forms.Form5Loaded = false;
-  s.ui().UnloadForm(FormId::Form5);
-}
-
-void NewMap(Session& s) {
-  Document& d = s.doc;
-  s.SetForm1Caption("Main: editing " + d.MapFile);
-  // The side files are named after the map; a map without a path yet (a new
-  // one, or one made from a bitmap) keeps them in the program folder, never
-  // in whatever folder the program was started from.
-  auto sidePath = [&](const char* ext) {
-    std::string p = CutExt(d.MapPath, 3, ext);
-    return !p.empty() && p[0] == '/' ? p : s.App(p);
-  };
-  d.NdxPath = sidePath("ndx");
-  if (FileExists(d.NdxPath)) {
-    s.names.CloseNdx();
-    RemoveFile(d.NdxPath);
+bool WriteSnapshot(MapState& s) {
+  s.SetLabel3("Writing map data");
+  SafeFileWriter w(s.App("autosave.map"));
+  w.KeepOldTail(true);
+  WriteSnapshotFile(s.doc, w);
+  if (!w.commit()) {
+    s.MsgBox("The undo snapshot could not be written: " + w.error() + ".");
+    return false;
   }
-  d.StrPath = sidePath("str");
-  if (FileExists(d.StrPath)) {
-    s.names.CloseStr();
-    RemoveFile(d.StrPath);
-  }
-  OpenNameStore(s);
-  d.AllocateAll();
-  for (int x = 0; x <= d.MapMaxX; ++x)
-    for (int y = 0; y <= d.MapMaxY; ++y) {
-      if (s.pens.RandomMode != 0 && s.ref.TypeOf(s.pens.CurTile) != 0) randomtile(s);
-      d.HexInfo(x, y, 0) = s.ref.TypeOf(s.pens.CurTile);
-      d.HexTile(x, y) = s.pens.CurTile;
-      d.HexElev(x, y) = 127;
-    }
-  AfterDocumentReplaced(s);
-  // The jump map window is loaded again (hidden) and draws the new map; its
-  // load empties the objective table of the blank map.
-  LoadForm5(s);
-  SetScrollRanges(s);
-  RedrawBuffers(s);
+  return true;
 }
 
 }  // namespace kv

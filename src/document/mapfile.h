@@ -10,7 +10,7 @@
 
 namespace kv {
 
-struct Session;
+struct MapState;
 struct RefData;
 
 // What a map file holds, read into a fresh document.
@@ -47,11 +47,9 @@ bool ReadObjList(ByteSource& in, Document& d, std::string* err);
 enum class SnapshotRead { Ok, Damaged, OtherMap };
 SnapshotRead ReadSnapshotFile(ByteSource& in, int16_t mapMaxX, int16_t mapMaxY, Document& out, std::string* err);
 
-// The editor's procedures. MapPath and MapFile are set by the caller.
-// A failed load says why and leaves the open map untouched.
-bool LoadMap(Session& s);
-bool SaveMap(Session& s);
-bool WriteSnapshot(Session& s);
-bool RestoreSnapshot(Session& s);
+// Writes the snapshot of the open map to "autosave.map" in the program folder;
+// a failure says why. (Loading, saving and restoring are the editor's
+// procedures: editing/mapload.h.)
+bool WriteSnapshot(MapState& s);
 
 }  // namespace kv

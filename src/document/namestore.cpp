@@ -7,7 +7,7 @@
 #include <unistd.h>
 
 #include "platform/fileio.h"
-#include "session.h"
+#include "document/mapstate.h"
 
 namespace kv {
 
@@ -24,7 +24,7 @@ long Length(std::FILE* f) {
   return std::ftell(f);
 }
 
-long SlotOffset(const Session& s, int x, int y) {
+long SlotOffset(const MapState& s, int x, int y) {
   return 4L * (static_cast<long>(y) * (s.doc.MapMaxX + 1) + x);
 }
 
@@ -125,7 +125,7 @@ std::string ReadHexName(ByteSource& ndx, ByteSource& str, int mapMaxX, int x, in
   return std::string(rec, kNameLen);
 }
 
-std::string GetHexName(Session& s, int x, int y) {
+std::string GetHexName(MapState& s, int x, int y) {
   std::FILE* ndx = s.names.ndx();
   std::FILE* str = s.names.str();
   if (!ndx || !str || !s.doc.OnMap(x, y)) return "";
@@ -133,7 +133,7 @@ std::string GetHexName(Session& s, int x, int y) {
   return ReadHexName(ndxBytes, strBytes, s.doc.MapMaxX, x, y);
 }
 
-void SetHexName(Session& s, int x, int y, const std::string& name) {
+void SetHexName(MapState& s, int x, int y, const std::string& name) {
   NameFiles& files = s.names;
   std::FILE* ndx = files.ndx();
   std::FILE* str = files.str();
@@ -162,7 +162,7 @@ void SetHexName(Session& s, int x, int y, const std::string& name) {
   files.WriteAt(true, slot - 1L, rec.data(), kNameLen);
 }
 
-void OpenNameStore(Session& s) {
+void OpenNameStore(MapState& s) {
   Document& d = s.doc;
   s.names.Close();
   if (d.NdxPath.empty()) {
@@ -184,7 +184,7 @@ void OpenNameStore(Session& s) {
   s.names.OpenStr(d.StrPath);
 }
 
-void ReopenNameStore(Session& s) {
+void ReopenNameStore(MapState& s) {
   s.names.Close();
   s.names.OpenNdx(s.doc.NdxPath);
   s.names.OpenStr(s.doc.StrPath);

@@ -11,7 +11,7 @@
 
 namespace kv {
 
-struct Session;
+struct MapState;
 
 constexpr int kNameLen = 20;
 
@@ -57,15 +57,15 @@ class NameFiles {
   std::vector<NameWrite> journal_;
 };
 
-std::string GetHexName(Session& s, int x, int y);
+std::string GetHexName(MapState& s, int x, int y);
 // The name of hex (x, y) of a map with highest column mapMaxX, read from an
 // index and a string heap: 20 bytes, or "" for an empty, negative or
 // out-of-range slot.
 std::string ReadHexName(ByteSource& ndx, ByteSource& str, int mapMaxX, int x, int y);
-void SetHexName(Session& s, int x, int y, const std::string& name);
-void OpenNameStore(Session& s);
+void SetHexName(MapState& s, int x, int y, const std::string& name);
+void OpenNameStore(MapState& s);
 // Re-opens files 11 and 12 on NdxPath and StrPath.
-void ReopenNameStore(Session& s);
+void ReopenNameStore(MapState& s);
 // Strips trailing NULs, then trailing blanks; a string of nothing else stays.
 std::string& TrimName(std::string& name);
 

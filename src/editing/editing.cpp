@@ -10,6 +10,7 @@
 #include "autotile/random.h"
 #include "document/mapfile.h"
 #include "document/namestore.h"
+#include "editing/mapload.h"
 #include "platform/textfields.h"
 #include "session.h"
 #include "view/compose.h"
@@ -140,8 +141,9 @@ void SetHex(Session& s, int16_t x, int16_t y) {
       d.HexCtl(x, y, 0) = static_cast<uint8_t>(p.CurNation);
       d.HexCtl(x, y, 1) = static_cast<uint8_t>(p.CurObjType);
       d.HexOrigOwner(x, y) = static_cast<uint8_t>(p.CurOrigNation);
+      // AreaMode 1 ("area") is kept and offered, and paints the one hex as
+      // AreaMode 0 does: the design gives the area no effect of its own.
       Print_hex(s, x, y, 0);
-      if (p.AreaMode == 1 && s.ed.hooks.AreaHex) s.ed.hooks.AreaHex(s, x, y);
       break;
     case 3:
       if (d.HexCtl(x, y, 1) > 0 && s.ed.hooks.LoadAITable) s.ed.hooks.LoadAITable(s, x, y);

@@ -5,16 +5,11 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/keys.h"
+
 namespace kv {
 
 struct Session;
-
-// Key codes of Form_KeyDown.
-namespace key {
-constexpr int F1 = 112, F2 = 113, F3 = 114, F4 = 115, F5 = 116, F6 = 117, F7 = 118, F8 = 119;
-constexpr int Left = 37, Up = 38, Right = 39, Down = 40;
-constexpr int A = 65, B = 66, C = 67, H = 72, N = 78, R = 82, X = 88, Slash = 191;
-}  // namespace key
 
 // Paints hex (x, y) by the mode flags.
 void SetHex(Session& s, int16_t x, int16_t y);

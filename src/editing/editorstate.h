@@ -59,14 +59,28 @@ struct Form6State {
   std::string Text1 = "32", Text2 = "32";
 };
 
-// Calls into parts of the editor built elsewhere (the control form, the jump
-// map, map analysis, the map image). An empty hook does nothing.
+// Calls into parts of the editor that live above the caller: the window's
+// own (the jump box, the map image, the objective path view, the tile
+// picker's drawing and screens), set by the main window, and the editor's
+// commands that the subsystems reach, set by the session (session.cpp). An
+// empty hook of the first kind does nothing.
 struct EditorHooks {
   std::function<void(Session&)> DrawJumpBox;
   std::function<void(Session&)> ExportMapImage;
-  std::function<void(Session&, int16_t, int16_t)> AreaHex;       // control form's area painting
   std::function<void(Session&, int16_t, int16_t)> LoadAITable;   // objective path view
   std::function<void(Session&)> ClearTilePickerDrawing;
+  // The editor's NewMap (editing/mapload.h), for the bitmap utility's "make a
+  // map"; set by the session itself.
+  std::function<void(Session&)> NewMap;
+  // The main window's SetHex and Form_KeyDown and the file dialog's
+  // LoadSave_Show (editing/), for the bitmap utility's "Map Edit Mode", its
+  // keys B and N and its "Load Bitmap". Set by the session itself.
+  std::function<void(Session&, int16_t, int16_t)> SetHex;
+  std::function<void(Session&, int, int)> MainKeyDown;
+  std::function<void(Session&, int, const std::string&)> ShowFileDialog;
+  // A tile data screen (Form11, Form13, Form14) closed: the tile picker no
+  // longer holds it open. Set by the session itself.
+  std::function<void(Session&, FormId)> TileScreenClosed;
   // An open tile data screen (Form11, Form13, Form14) shows the data of the new pen.
   std::function<void(Session&, FormId)> TileDataGetStuff;
   // Comfort: what a paint with auto-tile off has just taught the stores

@@ -97,6 +97,13 @@ void TilePicker_mTerrain_Click(Session& s) { OpenScreen(s, s.ed.picker.TerrainFo
 void TilePicker_mRoads_Click(Session& s) { OpenScreen(s, s.ed.picker.RoadFormOpen, FormId::Form11); }
 void TilePicker_mPatterns_Click(Session& s) { OpenScreen(s, s.ed.picker.PatternFormOpen, FormId::Form13); }
 
+void TilePicker_ScreenClosed(Session& s, FormId form) {
+  TilePickerState& p = s.ed.picker;
+  if (form == FormId::Form11) p.RoadFormOpen = 0;
+  if (form == FormId::Form13) p.PatternFormOpen = 0;
+  if (form == FormId::Form14) p.TerrainFormOpen = 0;
+}
+
 PickerLayout LayoutTilePicker(const RefData& ref, int scaleW, int scaleH, int barW, int barH, int sheetW,
                               int sheetH) {
   PickerLayout l;

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/events.h"
 #include "view/layout.h"
 #include "view/viewstate.h"
 
@@ -36,6 +37,9 @@ void TilePicker_KeyDown(Session& s, int keyCode, int shift);
 void TilePicker_mTerrain_Click(Session& s);
 void TilePicker_mRoads_Click(Session& s);
 void TilePicker_mPatterns_Click(Session& s);
+// A tile data screen (Form11, Form13 or Form14) closed: the picker no longer
+// holds it open (EditorHooks::TileScreenClosed).
+void TilePicker_ScreenClosed(Session& s, FormId form);
 
 // Where the picker's controls go in a client area of scaleW x scaleH: the
 // frame (Picture1) and its bars; the sheet (Picture2) at the frame's top left.

@@ -4,7 +4,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 
-#include "document/filemenu.h"
+#include "editing/filemenu.h"
 #include "session.h"
 
 namespace kv::gui {

@@ -9,7 +9,7 @@
 #include <QListWidget>
 #include <QPushButton>
 
-#include "document/filemenu.h"
+#include "editing/filemenu.h"
 #include "session.h"
 
 namespace kv::gui {

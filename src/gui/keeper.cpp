@@ -12,9 +12,10 @@
 #include <QMessageBox>
 #include <QPushButton>
 
-#include "document/filemenu.h"
+#include "editing/filemenu.h"
 #include "document/mapfile.h"
 #include "document/namestore.h"
+#include "editing/mapload.h"
 #include "gui/Form1.h"
 #include "gui/editorapp.h"
 #include "gui/qtui.h"

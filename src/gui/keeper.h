@@ -2,7 +2,7 @@
 // Redo, the modified mark, the unsaved-changes guard and the recovery copy.
 // It wraps the classic handlers at the boundary where the user (or a
 // script) acts: a step begins before an action and is found by comparing the
-// document after it (document/history.h). It never changes what a handler
+// document after it (editing/history.h). It never changes what a handler
 // writes.
 #pragma once
 
@@ -12,8 +12,8 @@
 #include <memory>
 #include <optional>
 
-#include "document/history.h"
-#include "document/recovery.h"
+#include "editing/history.h"
+#include "editing/recovery.h"
 
 class QAction;
 class QTimer;
@@ -61,7 +61,7 @@ class Keeper : public QObject {
   // The name the guard and the recovery offer call the map by.
   QString MapName() const;
 
-  // The recovery copy (document/recovery.h): written at most every
+  // The recovery copy (editing/recovery.h): written at most every
   // RecoveryInterval() seconds while the map is modified, in the editor; a
   // script writes it with Editor.WriteRecovery. It goes when the map is saved
   // or its changes undone, and with the editor when it ends.

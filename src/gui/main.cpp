@@ -8,7 +8,7 @@
 #include <filesystem>
 
 #include "cli/commands.h"
-#include "document/fileflow.h"
+#include "editing/fileflow.h"
 #include "gui/Form1.h"
 #include "gui/editorapp.h"
 #include "gui/keeper.h"

@@ -5,7 +5,6 @@
 #include <cstdio>
 
 #include "document/document_ops.h"
-#include "jumpmap/livejump.h"
 #include "platform/fileio.h"
 #include "session.h"
 #include "view/geometry.h"
@@ -94,7 +93,7 @@ void DrawStrategicMap(Session& s) {
   r.JumpRowPitch = static_cast<int16_t>(rowp);
 
   Bitmap& pic = j.Picture2;
-  NoteJumpMapPicture(s, true);
+  j.ShowsDrawnMap = true;
   pic.Create(colp * (d.MapMaxX + 1), rowp * (d.MapMaxY + 1));
   pic.Fill(kPictureBackColour);
   j.Picture2Box.shown = false;
@@ -140,7 +139,7 @@ bool ZoomFlags(Session& s, int16_t view, std::string* err) {
   Document& d = s.doc;
   JumpMapState& j = s.jump;
   const SpriteBank& b = s.sprites;
-  NoteJumpMapPicture(s, false);  // the map's bitmap with flags, from here on
+  j.ShowsDrawnMap = false;  // the map's bitmap with flags, from here on
   std::string& dlgFile = s.ed.dlg.DlgFile;
   if (dlgFile.empty()) dlgFile = JoinPath(s.AppPath, "newmap.map");
   const std::string bmpPath = CutExt(dlgFile, 3, "bmp");
@@ -243,6 +242,26 @@ bool SaveJumpMapImage(Session& s, const std::string& path) {
   BuildObjList(s);
   std::string err;
   return WriteBmpFile(path, s.jump.Picture2, &err);
+}
+
+void JumpMapHexEdited(Session& s, int16_t x, int16_t y) {
+  LoadForm5(s);
+  JumpMapState& j = s.jump;
+  j.Picture2Box.shown = false;
+  if (s.doc.OnMap(x, y)) {
+    j.Picture2.SetPixel(x, y, TerrainColour(s.ref, s.doc.HexInfo(x, y, 0)));
+    s.ui().Changed(Change::Form5Picture2);
+  }
+}
+
+void JumpMapFollowView(Session& s) {
+  const ViewState& v = s.view;
+  JumpMapState& j = s.jump;
+  const int bx = std::max(v.ViewX - j.HScroll1.Value, 0);
+  const int by = std::max(v.ViewY - j.VScroll1.Value, 0);
+  j.FormBox = {true, bx, by, bx + v.ViewCols, by + v.ViewRows, 0};
+  s.ui().Changed(Change::Picture2Cls);
+  s.ui().Changed(Change::Form5);
 }
 
 }  // namespace kv

@@ -36,6 +36,9 @@ struct JumpMapState {
   std::string Caption = "Jump Map (F1)";
   ScrollBarModel HScroll1, VScroll1;  // Form5's bars, moving Picture2
   bool ListVisible = false;           // List1, the country list
+  // Picture2 is the drawn map (set by DrawStrategicMap) rather than a flag
+  // view's bitmap (cleared by ZoomFlags): only the drawn map follows edits.
+  bool ShowsDrawnMap = false;
 };
 
 // The most pixels the jump map's hex picture may have (32 MB); a map whose
@@ -66,6 +69,12 @@ void JumpMapClick(Session& s, double X, double Y);
 // The menus: Roads (filter 0), Cities (filter 5), Zoom In / Out.
 void JumpMapSetFilter(Session& s, int16_t filter);
 void JumpMapZoom(Session& s, float delta);
+
+// What the jump map does when the main view draws (ViewHooks, installed with
+// the session): a hex edited is redrawn there (loading Form5 hidden if it is
+// not loaded), and the box follows the view when it is filled again.
+void JumpMapHexEdited(Session& s, int16_t x, int16_t y);
+void JumpMapFollowView(Session& s);
 
 // SaveMap's jump-map image: DrawStrategicMap, BuildObjList, and Picture2
 // written as a BMP file to `path` (through a temporary file).

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "editing/editing.h"
 #include "jumpmap/jumpmap.h"
+#include "platform/keys.h"
 #include "session.h"
 
 namespace kv {

@@ -10,6 +10,7 @@
 #include "scenario/scenario_text.h"
 #include "session.h"
 #include "view/render_api.h"
+#include "view/geometry.h"
 #include "view/scrolling.h"
 
 namespace kv {

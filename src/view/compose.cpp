@@ -1,15 +1,14 @@
 #include "view/compose.h"
 
-#include "jumpmap/jumpmap.h"
-#include "session.h"
 #include "view/geometry.h"
+#include "view/mapview.h"
 #include "view/spritebank.h"
 #include "view/transform.h"
 #include "view/zoomgrid.h"
 
 namespace kv {
 
-int16_t ContourCodeOf(const Session& s, int16_t x, int16_t y) {
+int16_t ContourCodeOf(const MapView& s, int16_t x, int16_t y) {
   const Document& d = s.doc;
   int code = 0;
   bool lower = false;
@@ -27,7 +26,7 @@ int16_t ContourCodeOf(const Session& s, int16_t x, int16_t y) {
   return static_cast<int16_t>(code);
 }
 
-void ContourCode(Session& s, int16_t x, int16_t y, int16_t& c) {
+void ContourCode(MapView& s, int16_t x, int16_t y, int16_t& c) {
   c = ContourCodeOf(s, x, y);
   s.doc.HexContour(x, y) = static_cast<uint8_t>(c > 0 ? c : 0);
 }
@@ -65,7 +64,7 @@ struct Cell {
 // Draws hex (x, y) into its cell, every layer in its order. With storeContour
 // the contour code goes into HexContour on the way, as drawing a hex of the
 // view does.
-void ComposeHex(Session& s, const Cell& cell, int16_t x, int16_t y, int16_t mode, bool storeContour) {
+void ComposeHex(MapView& s, const Cell& cell, int16_t x, int16_t y, int16_t mode, bool storeContour) {
   Document& d = s.doc;
   const RefData& r = s.ref;
   const Pens& p = s.pens;
@@ -143,7 +142,7 @@ bool Drawable(const Document& d, int16_t x, int16_t y) {
 
 }  // namespace
 
-void Print_hex(Session& s, int16_t x, int16_t y, int16_t mode) {
+void Print_hex(MapView& s, int16_t x, int16_t y, int16_t mode) {
   const Document& d = s.doc;
   // Negative, or beyond the map (a stale view after the map shrank): nothing is drawn.
   if (!Drawable(d, x, y)) return;
@@ -162,32 +161,26 @@ void Print_hex(Session& s, int16_t x, int16_t y, int16_t mode) {
   ComposeHex(s, Cell{buf, px, py, nullptr, 0, 0}, x, y, mode, true);
 }
 
-void PaintHexAt(Session& s, Bitmap& dst, int px, int py, int16_t x, int16_t y, int16_t mode) {
+void PaintHexAt(MapView& s, Bitmap& dst, int px, int py, int16_t x, int16_t y, int16_t mode) {
   if (!Drawable(s.doc, x, y)) return;
   ComposeHex(s, Cell{dst, px, py, nullptr, 0, 0}, x, y, mode, false);
 }
 
-void PaintHexZoomed(Session& s, const ZoomTarget& t, int16_t x, int16_t y, int16_t mode) {
+void PaintHexZoomed(MapView& s, const ZoomTarget& t, int16_t x, int16_t y, int16_t mode) {
   const Document& d = s.doc;
   if (!Drawable(d, x, y)) return;
   ComposeHex(s, Cell{*t.bm, 0, 0, &t, d.HexPixel(x, y, 0), d.HexPixel(x, y, 1)}, x, y, mode, false);
 }
 
-void RedrawHex(Session& s, int16_t x, int16_t y) {
-  LoadForm5(s);
-  JumpMapState& j = s.jump;
-  j.Picture2Box.shown = false;
-  if (s.doc.OnMap(x, y)) {
-    j.Picture2.SetPixel(x, y, TerrainColour(s.ref, s.doc.HexInfo(x, y, 0)));
-    s.ui().Changed(Change::Form5Picture2);
-  }
+void RedrawHex(MapView& s, int16_t x, int16_t y) {
+  if (s.viewHooks.HexEdited) s.viewHooks.HexEdited(s, x, y);
   Print_hex(s, x, y, 0);
   BlitPic1(s);
 }
 
 namespace {
 
-void MarkHex(Session& s, int16_t x, int16_t y, int left) {
+void MarkHex(MapView& s, int16_t x, int16_t y, int left) {
   const Document& d = s.doc;
   if (!d.HexPixel.InRange(x, y, 1)) return;
   const RefData& r = s.ref;
@@ -208,7 +201,7 @@ void MarkHex(Session& s, int16_t x, int16_t y, int left) {
 
 }  // namespace
 
-void BlueHex(Session& s, int16_t x, int16_t y) { MarkHex(s, x, y, kBlueHexLeft); }
-void YellowHex(Session& s, int16_t x, int16_t y) { MarkHex(s, x, y, kYellowHexLeft); }
+void BlueHex(MapView& s, int16_t x, int16_t y) { MarkHex(s, x, y, kBlueHexLeft); }
+void YellowHex(MapView& s, int16_t x, int16_t y) { MarkHex(s, x, y, kYellowHexLeft); }
 
 }  // namespace kv

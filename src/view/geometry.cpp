@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "session.h"
+#include "view/mapview.h"
 
 namespace kv {
 
@@ -20,7 +20,7 @@ void HexToJumpPixel(const RefData& ref, int16_t x, int16_t y, int32_t& px, int32
   px = static_cast<int32_t>(x) * ref.JumpColPitch;
 }
 
-void pixel_hex(const Session& s, double px, double py, int16_t& outX, int16_t& outY) {
+void pixel_hex(const MapState& s, double px, double py, int16_t& outX, int16_t& outY) {
   pixel_hex(s.ref, s.doc.MapMaxX, s.doc.MapMaxY, px, py, outX, outY);
 }
 
@@ -66,11 +66,32 @@ int16_t HexDistance(int16_t x1, int16_t y1, int16_t x2, int16_t y2) {
   return static_cast<int16_t>(n > 0 ? dx + n : dx);
 }
 
-void FillHexPixel(Session& s) {
+void FillHexPixel(MapState& s) {
   Document& d = s.doc;
   d.HexPixel.Allocate(d.W(), d.H(), 2);
   for (int x = 0; x <= d.MapMaxX; ++x)
     for (int y = 0; y <= d.MapMaxY; ++y) HexToPixel(s.ref, x, y, d.HexPixel(x, y, 0), d.HexPixel(x, y, 1));
+}
+
+void KeepPensOnMap(MapView& s) {
+  const Document& d = s.doc;
+  Pens& p = s.pens;
+  auto inX = [&](int16_t& v) { v = std::clamp<int16_t>(v, 0, d.MapMaxX); };
+  auto inY = [&](int16_t& v) { v = std::clamp<int16_t>(v, 0, d.MapMaxY); };
+  inX(p.CurHexX);
+  inY(p.CurHexY);
+  inX(p.SelX1);
+  inX(p.SelX2);
+  inY(p.SelY1);
+  inY(p.SelY2);
+}
+
+void AfterDocumentReplaced(MapView& s) {
+  KeepPensOnMap(s);
+  s.MapReplaced();
+  FillHexPixel(s);
+  s.forms.Form5Loaded = false;
+  s.ui().UnloadForm(FormId::Form5);
 }
 
 }  // namespace kv

@@ -1,6 +1,6 @@
 #include "view/layout.h"
 
-#include "session.h"
+#include "view/mapview.h"
 
 namespace kv {
 
@@ -10,7 +10,7 @@ void ClientSizeForScreen(int screenW, int screenH, int& scaleW, int& scaleH) {
   scaleH = screenH - 8 - 22 - 20;
 }
 
-MainLayout LayoutMainWindow(Session& s, int W, int H, bool atLoad) {
+MainLayout LayoutMainWindow(MapView& s, int W, int H, bool atLoad) {
   const RefData& r = s.ref;
   ViewState& v = s.view;
   MainLayout l;

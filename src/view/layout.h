@@ -4,7 +4,7 @@
 
 namespace kv {
 
-struct Session;
+struct MapView;
 
 // Twips to pixels on a 96 dots-per-inch screen.
 constexpr int Twips(int tw) { return tw / 15; }
@@ -29,7 +29,7 @@ void ClientSizeForScreen(int screenW, int screenH, int& scaleW, int& scaleH);
 // The layout steps shared by load and resize. atLoad picks the load-time
 // choices (view origin 0 and the bars' large change). Sets the view state
 // and the bar ranges of the session and returns the control rectangles.
-MainLayout LayoutMainWindow(Session& s, int scaleW, int scaleH, bool atLoad);
+MainLayout LayoutMainWindow(MapView& s, int scaleW, int scaleH, bool atLoad);
 // The load-time steps after the first drawing (bottom panel, right half).
 void LayoutLoadTail(MainLayout& l);
 

@@ -5,25 +5,24 @@
 
 namespace kv {
 
-struct Session;
+struct MapView;
 
-void RedrawBuffers(Session& s);
-void BlitPic1(Session& s);
-void ScrollLeft(Session& s);
-void ScrollRight(Session& s);
-void ScrollUp(Session& s);
-void ScrollDown(Session& s);
-void BuildFlagBanks(Session& s);
-void ClearPicture1(Session& s);
-bool SaveJumpMapImage(Session& s, const std::string& path);
+void RedrawBuffers(MapView& s);
+void BlitPic1(MapView& s);
+void ScrollLeft(MapView& s);
+void ScrollRight(MapView& s);
+void ScrollUp(MapView& s);
+void ScrollDown(MapView& s);
+void BuildFlagBanks(MapView& s);
+void ClearPicture1(MapView& s);
 
 }  // namespace kv
 
 namespace kv {
 // Loads the tile sheet (the tile picker's picture) and sets TileMax from its size.
-bool LoadTileSheet(Session& s);
+bool LoadTileSheet(MapView& s);
 // Loads every sprite sheet and the flag strips.
-void LoadSpriteBank(Session& s);
+void LoadSpriteBank(MapView& s);
 // Creates the off-screen buffer for the present view size.
-void BuildViewBuffer(Session& s);
+void BuildViewBuffer(MapView& s);
 }  // namespace kv

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "session.h"
 #include "view/compose.h"
+#include "view/mapview.h"
 #include "view/spritebank.h"
 #include "view/zoomgrid.h"
 
@@ -16,7 +16,7 @@ struct HexRange {
   int x0, y0, x1, y1;
 };
 
-HexRange FullRedrawRange(const Session& s, int viewX, int viewY) {
+HexRange FullRedrawRange(const MapView& s, int viewX, int viewY) {
   const ViewState& v = s.view;
   return {std::max(viewX - 1, 0), std::max(viewY - 2, 0), std::min<int>(v.ViewCols + viewX + 1, s.doc.MapMaxX),
           std::min<int>(v.ViewRows + viewY + 1, s.doc.MapMaxY)};
@@ -31,7 +31,7 @@ int16_t GridMode(const Pens& p, int x, int y) {
 
 // The cells, in buffer pixels, of columns cx0..cx1 and rows cy0..cy1 (any
 // parity) for the present view origin and zoom.
-BufRect CellsOf(const Session& s, int cx0, int cx1, int cy0, int cy1) {
+BufRect CellsOf(const MapView& s, int cx0, int cx1, int cy0, int cy1) {
   if (cx0 > cx1 || cy0 > cy1) return {};
   const RefData& r = s.ref;
   const ZoomGrid g(r, s.view);
@@ -46,14 +46,14 @@ BufRect CellsOf(const Session& s, int cx0, int cx1, int cy0, int cy1) {
 
 // The view's part of the buffer: view pixel (0, 0) is buffer pixel (ColPitch,
 // RowPitch) at 100 %, the pitches on the zoomed grid at another zoom.
-BufRect Visible(const Session& s) {
+BufRect Visible(const MapView& s) {
   const ZoomGrid g(s.ref, s.view);
   return {g.marginX, g.marginY, g.picW, g.picH};
 }
 
 // Recomposes r at another zoom: black, then the hexes of the range whose
 // zoomed cells meet it, each clipped to r.
-void RecomposeZoomed(Session& s, BufRect r, const HexRange& range, int cx0, int cx1, int cy0, int cy1) {
+void RecomposeZoomed(MapView& s, BufRect r, const HexRange& range, int cx0, int cx1, int cy0, int cy1) {
   SpriteBank& b = s.sprites;
   const ZoomGrid g(s.ref, s.view);
   const RefData& ref = s.ref;
@@ -73,7 +73,7 @@ void RecomposeZoomed(Session& s, BufRect r, const HexRange& range, int cx0, int 
 
 }  // namespace
 
-void RecomposeBufferRect(Session& s, BufRect r) {
+void RecomposeBufferRect(MapView& s, BufRect r) {
   SpriteBank& b = s.sprites;
   r = Intersect(r, {0, 0, b.BufDC.Width(), b.BufDC.Height()});
   if (r.Empty()) return;
@@ -115,7 +115,7 @@ void RecomposeBufferRect(Session& s, BufRect r) {
   BitBlt(b.BufDC, r.x, r.y, r.w, r.h, &scratch, W, H, SRCCOPY);
 }
 
-void CompleteScrollStep(Session& s, int dx, int dy) {
+void CompleteScrollStep(MapView& s, int dx, int dy) {
   const ViewState& v = s.view;
   const BufRect vis = Visible(s);
   // What came into the view from the buffer's margin: the part of the view

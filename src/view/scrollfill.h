@@ -11,15 +11,15 @@
 
 namespace kv {
 
-struct Session;
+struct MapView;
 
 // Recomposes r of the buffer (its own pixels, at the view's zoom) as
 // RedrawBuffers composes it (black, then every hex of its range whose cell
 // meets r, columns outermost), touching no pixel outside r and no map data.
-void RecomposeBufferRect(Session& s, BufRect r);
+void RecomposeBufferRect(MapView& s, BufRect r);
 
 // Completes a one-step scroll: dx is +1 after ScrollRight, -1 after ScrollLeft,
 // dy +1 after ScrollDown, -1 after ScrollUp (ViewX, ViewY already moved).
-void CompleteScrollStep(Session& s, int dx, int dy);
+void CompleteScrollStep(MapView& s, int dx, int dy);
 
 }  // namespace kv

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "session.h"
+#include "view/mapview.h"
 #include "view/render_api.h"
 #include "view/scrollfill.h"
 
 namespace kv {
 
-void SetScrollValue(Session& s, Bar bar, int value) {
+void SetScrollValue(MapView& s, Bar bar, int value) {
   ScrollBarModel& b = bar == Bar::H ? s.view.HScroll1 : s.view.VScroll1;
   // A bar takes no value outside its range (a map smaller than the view has
   // a maximum below the minimum): it stops at the nearer end.
@@ -23,12 +23,12 @@ void SetScrollValue(Session& s, Bar bar, int value) {
     VScroll1_Change(s);
 }
 
-void KeepScrollValuesInRange(Session& s) {
+void KeepScrollValuesInRange(MapView& s) {
   for (ScrollBarModel* b : {&s.view.HScroll1, &s.view.VScroll1})
     b->Value = std::clamp(b->Value, std::min(b->Min, b->Max), std::max(b->Min, b->Max));
 }
 
-void SetScrollRanges(Session& s) {
+void SetScrollRanges(MapView& s) {
   ViewState& v = s.view;
   v.ViewMaxX = s.doc.MapMaxX - v.ViewCols;
   v.ViewMaxY = s.doc.MapMaxY - v.ViewRows;
@@ -39,7 +39,7 @@ void SetScrollRanges(Session& s) {
   s.ui().Changed(Change::VScroll1);
 }
 
-void HScroll1_Change(Session& s) {
+void HScroll1_Change(MapView& s) {
   ViewState& v = s.view;
   if (v.ScrollSilent == 0) {
     const int d = v.ViewX - v.HScroll1.Value;
@@ -53,7 +53,7 @@ void HScroll1_Change(Session& s) {
   BlitPic1(s);
 }
 
-void VScroll1_Change(Session& s) {
+void VScroll1_Change(MapView& s) {
   ViewState& v = s.view;
   if (v.ScrollSilent == 0) {
     const int d = v.ViewY - v.VScroll1.Value;
@@ -66,7 +66,7 @@ void VScroll1_Change(Session& s) {
   BlitPic1(s);
 }
 
-void Center_Hex(Session& s, int16_t x, int16_t y) {
+void Center_Hex(MapView& s, int16_t x, int16_t y) {
   ViewState& v = s.view;
   v.ScrollSilent = -1;
   const int cx = v.ViewCols / 2 + v.ViewX, cy = v.ViewRows / 2 + v.ViewY;

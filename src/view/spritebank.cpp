@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "jumpmap/jumpmap.h"
 #include "platform/fileio.h"
-#include "session.h"
+#include "view/mapview.h"
 #include "view/compose.h"
 #include "view/render_api.h"
 #include "view/zoomgrid.h"
@@ -16,7 +15,7 @@ namespace {
 
 // A sheet that cannot be read stays empty: whatever is composed from it is
 // black or unchanged, and the editor runs on.
-void LoadSheet(Session& s, const char* rel, Bitmap& sheet) {
+void LoadSheet(MapView& s, const char* rel, Bitmap& sheet) {
   std::string err;
   Bitmap b;
   if (ReadBmpFile(s.App(rel), b, &err))
@@ -27,7 +26,7 @@ void LoadSheet(Session& s, const char* rel, Bitmap& sheet) {
 
 }  // namespace
 
-bool LoadTileSheet(Session& s) {
+bool LoadTileSheet(MapView& s) {
   Bitmap& sheet = s.sprites.TileSheet;
   std::string err;
   Bitmap b;
@@ -44,7 +43,7 @@ bool LoadTileSheet(Session& s) {
   return true;
 }
 
-void LoadSpriteBank(Session& s) {
+void LoadSpriteBank(MapView& s) {
   SpriteBank& b = s.sprites;
   LoadSheet(s, "bmp/blackhex.bmp", b.BlackHexDC);
   LoadSheet(s, "bmp/hexp.bmp", b.HexLineDC);
@@ -60,7 +59,7 @@ void LoadSpriteBank(Session& s) {
   LoadSheet(s, "bmp/contoursm.bmp", b.ContourMaskDC);
 }
 
-void BuildFlagBanks(Session& s) {
+void BuildFlagBanks(MapView& s) {
   struct Strip {
     Bitmap* bank;
     int w, h;
@@ -85,7 +84,7 @@ void BuildFlagBanks(Session& s) {
   }
 }
 
-void ComputeBufferSize(const Session& s, int32_t& w, int32_t& h) {
+void ComputeBufferSize(const MapView& s, int32_t& w, int32_t& h) {
   const RefData& r = s.ref;
   const ViewState& v = s.view;
   w = static_cast<int32_t>(v.ViewCols) * r.ColPitch + r.ColPitch * 2 + r.HexW;
@@ -103,7 +102,7 @@ void ComputeBufferSize(const Session& s, int32_t& w, int32_t& h) {
   }
 }
 
-void ClearPicture1(Session& s) {
+void ClearPicture1(MapView& s) {
   Bitmap& p = s.sprites.Picture1;
   const ZoomGrid g(s.ref, s.view);
   if (p.Width() != g.picW || p.Height() != g.picH) p.Create(g.picW, g.picH);
@@ -111,7 +110,7 @@ void ClearPicture1(Session& s) {
   s.ui().Changed(Change::Picture1);
 }
 
-void BuildViewBuffer(Session& s) {
+void BuildViewBuffer(MapView& s) {
   SpriteBank& b = s.sprites;
   ComputeBufferSize(s, b.BufW, b.BufH);
   b.BufDC.Create(b.BufW, b.BufH);
@@ -126,7 +125,7 @@ void BuildViewBuffer(Session& s) {
   BlitPic1(s);
 }
 
-void RedrawBuffers(Session& s) {
+void RedrawBuffers(MapView& s) {
   SpriteBank& b = s.sprites;
   BitBlt(b.BufDC, 0, 0, b.BufW, b.BufH, &b.BufDC, 0, 0, BLACKNESS);
   const ViewState& v = s.view;
@@ -145,7 +144,7 @@ void RedrawBuffers(Session& s) {
   BlitPic1(s);
 }
 
-void BlitPic1(Session& s) {
+void BlitPic1(MapView& s) {
   SpriteBank& b = s.sprites;
   const ViewState& v = s.view;
   // At 100 % the surface is ViewPixW x ViewPixH and the margin a pitch.
@@ -156,21 +155,14 @@ void BlitPic1(Session& s) {
   }
   BitBlt(b.Picture1, 0, 0, g.picW, g.picH, &b.BufDC, g.marginX, g.marginY, SRCCOPY);
   s.ui().Changed(Change::Picture1);
-  if (s.forms.Form5Loaded) {
-    JumpMapState& j = s.jump;
-    const int bx = std::max(v.ViewX - j.HScroll1.Value, 0);
-    const int by = std::max(v.ViewY - j.VScroll1.Value, 0);
-    j.FormBox = {true, bx, by, bx + v.ViewCols, by + v.ViewRows, 0};
-    s.ui().Changed(Change::Picture2Cls);
-    s.ui().Changed(Change::Form5);
-  }
+  if (s.forms.Form5Loaded && s.viewHooks.ViewShown) s.viewHooks.ViewShown(s);
 }
 
 namespace {
 
 // How far the buffer moves for one column (or row): a pitch, on the zoomed
 // grid at another zoom.
-int StepPixels(const Session& s, bool across) {
+int StepPixels(const MapView& s, bool across) {
   const ZoomGrid g(s.ref, s.view);
   return across ? g.marginX : g.marginY;
 }
@@ -179,7 +171,7 @@ int StepPixels(const Session& s, bool across) {
 
 // The four one-step moves: one copy of the buffer within itself, then the
 // hexes that came in, drawn without the grid overlay.
-void ScrollLeft(Session& s) {
+void ScrollLeft(MapView& s) {
   SpriteBank& b = s.sprites;
   const ViewState& v = s.view;
   const int cp = StepPixels(s, true);
@@ -189,7 +181,7 @@ void ScrollLeft(Session& s) {
     Print_hex(s, static_cast<int16_t>(v.ViewX), static_cast<int16_t>(y), 1);
 }
 
-void ScrollRight(Session& s) {
+void ScrollRight(MapView& s) {
   SpriteBank& b = s.sprites;
   const ViewState& v = s.view;
   const int cp = StepPixels(s, true);
@@ -200,7 +192,7 @@ void ScrollRight(Session& s) {
     Print_hex(s, static_cast<int16_t>(xEnd), static_cast<int16_t>(y), 1);
 }
 
-void ScrollUp(Session& s) {
+void ScrollUp(MapView& s) {
   SpriteBank& b = s.sprites;
   const ViewState& v = s.view;
   const int rp = StepPixels(s, false);
@@ -210,7 +202,7 @@ void ScrollUp(Session& s) {
     Print_hex(s, static_cast<int16_t>(x), static_cast<int16_t>(v.ViewY), 1);
 }
 
-void ScrollDown(Session& s) {
+void ScrollDown(MapView& s) {
   SpriteBank& b = s.sprites;
   const ViewState& v = s.view;
   const int rp = StepPixels(s, false);

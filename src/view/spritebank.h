@@ -9,7 +9,7 @@
 
 namespace kv {
 
-struct Session;
+struct MapView;
 
 // Background colour of a picture control that has been cleared.
 constexpr uint32_t kPictureBackColour = 0xF0F0F0;
@@ -45,28 +45,28 @@ struct SpriteBank {
 // Loads the tile sheet "bmp/mapl.bmp" and sets TileMax from its size
 // ((width \ HexW) * (height \ HexH) - 1). False when the file is missing or
 // not a readable picture; the sheet is then empty.
-bool LoadTileSheet(Session& s);
+bool LoadTileSheet(MapView& s);
 // Loads every sprite sheet in order and builds the flag strips. A missing or
 // unreadable file leaves its sheet empty, without a message.
-void LoadSpriteBank(Session& s);
+void LoadSpriteBank(MapView& s);
 // Rebuilds the three flag strips for the nations of the present set.
-void BuildFlagBanks(Session& s);
+void BuildFlagBanks(MapView& s);
 // Creates the buffer for the present view size and draws the first view.
-void BuildViewBuffer(Session& s);
+void BuildViewBuffer(MapView& s);
 // Composes the whole view afresh and shows it.
-void RedrawBuffers(Session& s);
+void RedrawBuffers(MapView& s);
 // Copies the buffer to Picture1 (and moves the jump map's view box).
-void BlitPic1(Session& s);
+void BlitPic1(MapView& s);
 // Clears Picture1 to its background colour (at the view's size).
-void ClearPicture1(Session& s);
+void ClearPicture1(MapView& s);
 // One-step moves, run after ViewX or ViewY has taken its new value: shift
 // the buffer and draw the column or row that came in. BlitPic1 shows it.
-void ScrollLeft(Session& s);
-void ScrollRight(Session& s);
-void ScrollUp(Session& s);
-void ScrollDown(Session& s);
+void ScrollLeft(MapView& s);
+void ScrollRight(MapView& s);
+void ScrollUp(MapView& s);
+void ScrollDown(MapView& s);
 
 // BufW and BufH for the present view, geometry and zoom.
-void ComputeBufferSize(const Session& s, int32_t& w, int32_t& h);
+void ComputeBufferSize(const MapView& s, int32_t& w, int32_t& h);
 
 }  // namespace kv

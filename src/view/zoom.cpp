@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "session.h"
+#include "view/mapview.h"
 #include "view/geometry.h"
 #include "view/transform.h"
 #include "view/zoomgrid.h"
@@ -25,11 +25,11 @@ int ZoomStep(int percent, int direction) {
   return kZoomMin;
 }
 
-void ViewPointHex(const Session& s, double X, double Y, int16_t& x, int16_t& y) {
+void ViewPointHex(const MapView& s, double X, double Y, int16_t& x, int16_t& y) {
   ViewTransform(s.ref, s.view).HexAt(X, Y, s.doc.MapMaxX, s.doc.MapMaxY, x, y);
 }
 
-void OriginKeepingPoint(const Session& s, double wx, double wy, int newZoom, int32_t& viewX, int32_t& viewY) {
+void OriginKeepingPoint(const MapView& s, double wx, double wy, int newZoom, int32_t& viewX, int32_t& viewY) {
   const RefData& r = s.ref;
   // The map pixel under the point now, and the hex there.
   int32_t mx = 0, my = 0;
@@ -61,7 +61,7 @@ void OriginKeepingPoint(const Session& s, double wx, double wy, int newZoom, int
     }
 }
 
-std::vector<PathHex> HexesAlong(const Session& s, double X0, double Y0, double X1, double Y1) {
+std::vector<PathHex> HexesAlong(const MapView& s, double X0, double Y0, double X1, double Y1) {
   std::vector<PathHex> out;
   const ViewState& v = s.view;
   // Steps of at most a quarter of the smaller pitch: no hex is stepped over.

@@ -9,7 +9,7 @@
 
 namespace kv {
 
-struct Session;
+struct MapView;
 
 constexpr int kZoomMin = 25, kZoomMax = 200;
 
@@ -20,12 +20,12 @@ inline double WindowToView(double windowPx, int zoomPercent) { return windowPx *
 inline double ViewToWindow(double viewPx, int zoomPercent) { return viewPx * zoomPercent / 100.0; }
 
 // The hex under a point of the view at the view's zoom, as a press there finds it.
-void ViewPointHex(const Session& s, double X, double Y, int16_t& x, int16_t& y);
+void ViewPointHex(const MapView& s, double X, double Y, int16_t& x, int16_t& y);
 
 // The view origin that keeps the hex under point (wx, wy) of the view under it
 // when the zoom goes from the view's to `newZoom`: of the origins next to the
 // exact one, the first that keeps the hex, else the nearest.
-void OriginKeepingPoint(const Session& s, double wx, double wy, int newZoom, int32_t& viewX, int32_t& viewY);
+void OriginKeepingPoint(const MapView& s, double wx, double wy, int newZoom, int32_t& viewX, int32_t& viewY);
 
 struct PathHex {
   int16_t x, y;
@@ -34,6 +34,6 @@ struct PathHex {
 // The hexes the pointer enters on its way from (X0, Y0) to (X1, Y1) (points
 // of the view), in order and without gaps, each with a point of the path inside
 // it; the hex at the start is not listed. Points outside the view are left out.
-std::vector<PathHex> HexesAlong(const Session& s, double X0, double Y0, double X1, double Y1);
+std::vector<PathHex> HexesAlong(const MapView& s, double X0, double Y0, double X1, double Y1);
 
 }  // namespace kv

@@ -14,8 +14,8 @@
 #include <memory>
 #include <sstream>
 
-#include "document/fileflow.h"
-#include "document/startup.h"
+#include "editing/fileflow.h"
+#include "editing/startup.h"
 #include "gui/Form1.h"
 #include "gui/qtui.h"
 #include "gui/script.h"

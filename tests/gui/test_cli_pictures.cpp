@@ -12,9 +12,9 @@
 #include <memory>
 #include <string>
 
-#include "document/fileflow.h"
+#include "editing/fileflow.h"
 #include "document/mapfile.h"
-#include "document/startup.h"
+#include "editing/startup.h"
 #include "jumpmap/jumpmap.h"
 #include "jumpmap/mapimage.h"
 #include "platform/fileio.h"

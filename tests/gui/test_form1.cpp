@@ -13,10 +13,11 @@
 #include <memory>
 #include <sstream>
 
-#include "document/fileflow.h"
+#include "editing/fileflow.h"
 #include "document/mapfile.h"
-#include "document/startup.h"
+#include "editing/startup.h"
 #include "editing/editing.h"
+#include "editing/mapload.h"
 #include "gui/Form1.h"
 #include "gui/qtui.h"
 #include "gui/script.h"

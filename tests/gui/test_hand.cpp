@@ -13,7 +13,7 @@
 #include <QMouseEvent>
 #include <memory>
 
-#include "document/fileflow.h"
+#include "editing/fileflow.h"
 #include "gui/recentmaps.h"
 #include "gui/usersettings.h"
 #include "platform/fileio.h"

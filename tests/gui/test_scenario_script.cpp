@@ -10,8 +10,8 @@
 #include <functional>
 #include <string>
 
-#include "document/fileflow.h"
-#include "document/startup.h"
+#include "editing/fileflow.h"
+#include "editing/startup.h"
 #include "pgfiles.h"
 #include "platform/fileio.h"
 #include "platform/ui.h"

@@ -1,4 +1,4 @@
-#include "document/startup.h"
+#include "editing/startup.h"
 
 #include "autotile/random.h"
 #include "document/document_ops.h"

@@ -1,4 +1,4 @@
-#include "document/history.h"
+#include "editing/history.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,7 +1,8 @@
-#include "document/fileflow.h"
+#include "editing/fileflow.h"
 
 #include "document/mapfile.h"
 #include "document/namestore.h"
+#include "editing/mapload.h"
 #include "platform/fileio.h"
 #include "scenario/scenario_text.h"
 #include "session.h"

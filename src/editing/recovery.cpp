@@ -1,4 +1,4 @@
-#include "document/recovery.h"
+#include "editing/recovery.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "document/fileflow.h"
+#include "editing/fileflow.h"
 #include "document/mapfile.h"
 #include "document/namestore.h"
 #include "platform/fileio.h"

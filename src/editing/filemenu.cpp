@@ -1,4 +1,4 @@
-#include "document/filemenu.h"
+#include "editing/filemenu.h"
 
 #include <algorithm>
 #include <cctype>
@@ -7,8 +7,9 @@
 
 #include "bitmaputil/bitmaputil.h"
 #include "document/document_ops.h"
-#include "document/fileflow.h"
+#include "editing/fileflow.h"
 #include "document/mapfile.h"
+#include "editing/mapload.h"
 #include "platform/fileio.h"
 #include "platform/textfields.h"
 #include "refdata/nations.h"

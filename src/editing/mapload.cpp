@@ -1,4 +1,9 @@
+#include "editing/mapload.h"
+
+#include "autotile/random.h"
 #include "document/mapfile.h"
+#include "document/namestore.h"
+#include "view/scrolling.h"
 
 #include <cstring>
 
@@ -144,18 +149,6 @@ bool SaveMap(Session& s) {
   return true;
 }
 
-bool WriteSnapshot(Session& s) {
-  s.SetLabel3("Writing map data");
-  SafeFileWriter w(s.App("autosave.map"));
-  w.KeepOldTail(true);
-  WriteSnapshotFile(s.doc, w);
-  if (!w.commit()) {
-    s.MsgBox("The undo snapshot could not be written: " + w.error() + ".");
-    return false;
-  }
-  return true;
-}
-
 bool RestoreSnapshot(Session& s) {
   const std::string path = s.App("autosave.map");
   FileSource in;
@@ -189,6 +182,43 @@ bool RestoreSnapshot(Session& s) {
   s.MapEdited();
   RedrawBuffers(s);
   return true;
+}
+
+void NewMap(Session& s) {
+  Document& d = s.doc;
+  s.SetForm1Caption("Main: editing " + d.MapFile);
+  // The side files are named after the map; a map without a path yet (a new
+  // one, or one made from a bitmap) keeps them in the program folder, never
+  // in whatever folder the program was started from.
+  auto sidePath = [&](const char* ext) {
+    std::string p = CutExt(d.MapPath, 3, ext);
+    return !p.empty() && p[0] == '/' ? p : s.App(p);
+  };
+  d.NdxPath = sidePath("ndx");
+  if (FileExists(d.NdxPath)) {
+    s.names.CloseNdx();
+    RemoveFile(d.NdxPath);
+  }
+  d.StrPath = sidePath("str");
+  if (FileExists(d.StrPath)) {
+    s.names.CloseStr();
+    RemoveFile(d.StrPath);
+  }
+  OpenNameStore(s);
+  d.AllocateAll();
+  for (int x = 0; x <= d.MapMaxX; ++x)
+    for (int y = 0; y <= d.MapMaxY; ++y) {
+      if (s.pens.RandomMode != 0 && s.ref.TypeOf(s.pens.CurTile) != 0) randomtile(s);
+      d.HexInfo(x, y, 0) = s.ref.TypeOf(s.pens.CurTile);
+      d.HexTile(x, y) = s.pens.CurTile;
+      d.HexElev(x, y) = 127;
+    }
+  AfterDocumentReplaced(s);
+  // The jump map window is loaded again (hidden) and draws the new map; its
+  // load empties the objective table of the blank map.
+  LoadForm5(s);
+  SetScrollRanges(s);
+  RedrawBuffers(s);
 }
 
 }  // namespace kv

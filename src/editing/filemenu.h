@@ -37,7 +37,4 @@ void LoadSave_Unload(Session& s);
 // (any case), or only "nations.txt" in the nation-set mode; sorted.
 std::vector<std::string> DialogFileList(const std::string& dir, int mode, const std::string& ext);
 
-// Largest number of hexes a new map may have.
-constexpr long long kMaxNewMapHexes = 16LL * 1024 * 1024;
-
 }  // namespace kv

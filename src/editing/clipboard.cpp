@@ -1,9 +1,10 @@
-#include "document/clipboard.h"
+#include "editing/clipboard.h"
 
 #include <algorithm>
 #include <vector>
 
 #include "document/mapfile.h"
+#include "editing/mapload.h"
 #include "platform/bytes.h"
 #include "platform/fileio.h"
 #include "session.h"
