@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <map>
 #include <memory>
 
 #include "editing/editing.h"
@@ -122,34 +123,58 @@ BENCHMARK(BM_ScrollStepAt25)
     ->Args({1, 1, 1})
     ->Unit(benchmark::kMillisecond);
 
-std::unique_ptr<Session>& JumpSession() {
-  static std::unique_ptr<Session> s = [] {
-    auto j = BusyMap(999, 999, "jump");
-    j->view.ScreenW = 1920;
-    LoadForm5(*j);
-    return j;
-  }();
-  return s;
+// A busy map with its jump map open on a 1920-pixel screen: 1000 x 1000 hexes
+// give the one-dot-a-hex picture, 200 x 200 the hex picture (5 x 6 pixels a
+// hex, flags drawn).
+Session& JumpSession(int maxXY) {
+  static std::map<int, std::unique_ptr<Session>> sessions;
+  std::unique_ptr<Session>& s = sessions[maxXY];
+  if (!s) {
+    s = BusyMap(maxXY, maxXY, "jump");
+    s->view.ScreenW = 1920;
+    LoadForm5(*s);
+  }
+  return *s;
 }
 
-// The live jump map's update after a one-hex edit, and the whole jump map drawn.
+// The live jump map's update after a one-hex edit: each step gives a hex
+// another terrain, so its pixels change, and draws it into the open jump map.
+// Before timing, one such edit must change the picture; after, the picture
+// must be what a whole drawing gives, or the run reports an error.
 void BM_JumpMapOneHex(benchmark::State& state) {
-  Session& s = *JumpSession();
-  int i = 0;
+  Session& s = JumpSession(static_cast<int>(state.range(0)));
+  Document& d = s.doc;
+  const int n = d.MapMaxX + 1, terrains = s.ref.TerrainMax + 1;
+  auto edit = [&](long long i) {
+    const int x = static_cast<int>((i * 37) % n), y = static_cast<int>((i * 53 + i / n) % n);
+    uint8_t& t = d.HexInfo(x, y, 0);
+    t = static_cast<uint8_t>((t + 1) % terrains);
+    return JumpMapFollow(s, HexRect::Hex(x, y));
+  };
+  const Bitmap before = s.jump.Picture2;
+  if (!edit(1) || before == s.jump.Picture2) {
+    state.SkipWithError("a one-hex edit did not change the open jump map");
+    return;
+  }
+  long long i = 2, drawn = 0;
   for (auto _ : state) {
-    const int x = 100 + (i * 37) % 800, y = 100 + (i * 53) % 800;
-    s.doc.HexInfo(x, y, 0) = static_cast<uint8_t>(i % 15);
-    benchmark::DoNotOptimize(JumpMapFollow(s, HexRect::Hex(x, y)));
+    drawn += edit(i);
     ++i;
   }
+  const Bitmap followed = s.jump.Picture2;
+  DrawStrategicMap(s);
+  if (!(followed == s.jump.Picture2) || drawn != i - 2)
+    state.SkipWithError("the followed jump map differs from a whole drawing");
+  state.counters["pixels"] = static_cast<double>(s.jump.Picture2.Width()) * s.jump.Picture2.Height();
 }
-BENCHMARK(BM_JumpMapOneHex)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_JumpMapOneHex)->Arg(999)->Arg(199)->Unit(benchmark::kMicrosecond);
 
 void BM_JumpMapWhole(benchmark::State& state) {
-  Session& s = *JumpSession();
+  Session& s = JumpSession(static_cast<int>(state.range(0)));
   for (auto _ : state) DrawStrategicMap(s);
+  state.counters["pixels"] = static_cast<double>(s.jump.Picture2.Width()) * s.jump.Picture2.Height();
 }
-BENCHMARK(BM_JumpMapWhole)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_JumpMapWhole)->Arg(999)->Arg(199)->Unit(benchmark::kMillisecond);
 
 // One hex of a stroke with auto-tile on, as the stroke paints it: the press's
 // handler at the hex's point, on a 1920 x 1080 view at 100 %. Per hex.

@@ -100,7 +100,7 @@ TEST(HandJumpMap, FollowingEditsGivesTheFullDrawingsPicture) {
     s.view.ScreenW = screen;
     Document& d = s.doc;
     LoadForm5(s);
-    ASSERT_TRUE(JumpMapShowsMap(s));
+    ASSERT_TRUE(s.jump.ShowsDrawnMap);
     std::mt19937 rng(5);
     for (int i = 0; i < 200; ++i) {
       const int x = static_cast<int>(rng() % 41), y = static_cast<int>(rng() % 31);
@@ -120,13 +120,13 @@ TEST(HandJumpMap, AFlagViewIsNotDrawnOver) {
   RenderSession r(20, 14);
   Session& s = r.s;
   LoadForm5(s);
-  NoteJumpMapPicture(s, false);  // as a flag view leaves it
+  s.jump.ShowsDrawnMap = false;  // as a flag view leaves it
   const Bitmap before = s.jump.Picture2;
   s.doc.HexInfo(3, 3, 0) = 7;
   EXPECT_FALSE(JumpMapFollow(s, HexRect::Hex(3, 3)));
   EXPECT_TRUE(before == s.jump.Picture2);
   s.forms.Form5Loaded = false;
-  NoteJumpMapPicture(s, true);
+  s.jump.ShowsDrawnMap = true;
   EXPECT_FALSE(JumpMapFollow(s, HexRect::Hex(3, 3)));
 }
 

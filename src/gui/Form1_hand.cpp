@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QKeySequence>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
@@ -152,11 +153,23 @@ MainLayout Form1::FittedLayout(int W, int H) {
         {{{Label6_, &l.Label6}, {Text4_, &l.Text4}}, 0},
         {{{Command9_, &l.Command9}}, 0},
     };
+    // A column that would end past the window's right edge starts a second
+    // row under the first, from the panel's left edge (a small screen at a
+    // large scale factor is narrower than the panel).
     x = l.Picture2.Left + l.Picture2.Width;
+    int rowTop = l.Picture2.Top, rowBottom = l.Picture2.Top + l.Picture2.Height;
+    bool first = true;
     for (Col& c : cols) {
-      x += c.gap;
-      int w = 0, y = l.Picture2.Top;
+      int w = 0;
       for (auto& [wd, r] : c.members) w = std::max(w, HintW(wd, r->Width));
+      if (!first && x + c.gap + w > W) {
+        x = l.Picture2.Left;
+        rowTop = rowBottom + 4;
+      } else {
+        x += c.gap;
+      }
+      first = false;
+      int y = rowTop;
       for (auto& [wd, r] : c.members) {
         r->Left = x;
         r->Top = y;
@@ -164,15 +177,20 @@ MainLayout Form1::FittedLayout(int W, int H) {
         r->Height = HintH(wd, r->Height);
         y += r->Height;
       }
+      rowBottom = std::max(rowBottom, y);
       x += w;
     }
   };
   MainLayout l = make(H);
   widen(l);
   // The bottom panel must end inside the window: take the rows it needs.
-  int bottom = l.Picture2.Top + l.Picture2.Height;
-  for (const Rect* r : {&l.Label2, &l.Label4, &l.Command7, &l.Text3_1, &l.Label5, &l.Text4, &l.Command9})
-    bottom = std::max(bottom, r->Top + r->Height);
+  auto panelBottom = [](const MainLayout& m) {
+    int b = m.Picture2.Top + m.Picture2.Height;
+    for (const Rect* r : {&m.Label2, &m.Label4, &m.Command7, &m.Text3_1, &m.Label5, &m.Text4, &m.Command9})
+      b = std::max(b, r->Top + r->Height);
+    return b;
+  };
+  const int bottom = panelBottom(l);
   if (bottom > H) {
     l = make(H - (bottom - H));
     widen(l);
@@ -183,6 +201,9 @@ MainLayout Form1::FittedLayout(int W, int H) {
 void Form1::FitToWindow() {
   Session& s = *session_;
   if (!loaded_ || unloaded_ || !hand_.LayoutFollowsWindow) return;
+  // A window not shown (a script's) lays out its parts only when asked: the
+  // view then follows the window's size, not the size the parts had at start.
+  if (!isVisible() && layout()) layout()->activate();
   QWidget* c = centralWidget();
   const int W = c->width(), H = c->height();
   if (W <= 0 || H <= 0) return;

@@ -13,6 +13,7 @@
 #include <QString>
 #include <QStringList>
 #include <functional>
+#include <vector>
 
 namespace kv::gui {
 
@@ -29,6 +30,8 @@ struct EditorName {
 
 // The row of a name, whatever its case; nullptr for none.
 const EditorName* FindEditorName(const QString& name);
+// Every name of the table, in its order.
+std::vector<const char*> EditorNames();
 
 // Reads a whole number as scripts write them (True -1, False 0).
 bool EditorNumber(const QString& text, long long* out, QString* err);

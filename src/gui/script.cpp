@@ -12,7 +12,6 @@
 #include "gui/autotilescript.h"
 #include "gui/editorscript.h"
 #include "gui/keeper.h"
-#include "gui/handscript.h"
 #include "gui/qtui.h"
 #include "gui/vbform.h"
 #include "session.h"
@@ -322,13 +321,6 @@ class Runner {
 
   void Call(const QStringList& t) {
     const QStringList parts = Dotted(t[0]);
-    if (IsEditor(parts) && !FindEditorName(parts[1])) {
-      QString err;
-      if (!HandScriptCall(f_, parts[1], t.mid(1), &err))
-        Fail(err.isEmpty() ? QStringLiteral("Editor has no %1").arg(parts[1]) : err);
-      Settle();
-      return;
-    }
     if (IsEditor(parts)) {
       const EditorName& row = EditorRow(parts[1]);
       if (!row.run) Fail(QStringLiteral("Editor.%1 is no command").arg(parts[1]));
@@ -352,8 +344,7 @@ class Runner {
     const QStringList parts = Dotted(target);
     if (IsEditor(parts) && !FindEditorName(parts[1])) {
       QString err;
-      if (!HandScriptSet(f_, parts[1], value, &err) &&
-          (!err.isEmpty() || !AutoTileScriptSet(f_, parts[1], value, &err)))
+      if (!AutoTileScriptSet(f_, parts[1], value, &err))
         Fail(err.isEmpty() ? QStringLiteral("Editor has no %1").arg(parts[1]) : err);
       Settle();
       return;
@@ -392,7 +383,7 @@ class Runner {
     const QStringList parts = Dotted(item);
     if (IsEditor(parts) && !FindEditorName(parts[1])) {
       QString out;
-      if (!HandScriptGet(f_, parts[1], &out) && !AutoTileScriptGet(f_, parts[1], &out))
+      if (!AutoTileScriptGet(f_, parts[1], &out))
         Fail(QStringLiteral("Editor has no %1").arg(parts[1]));
       return out;
     }

@@ -5,7 +5,6 @@
 #include <cstdio>
 
 #include "document/document_ops.h"
-#include "jumpmap/livejump.h"
 #include "platform/fileio.h"
 #include "session.h"
 #include "view/geometry.h"
@@ -94,7 +93,7 @@ void DrawStrategicMap(Session& s) {
   r.JumpRowPitch = static_cast<int16_t>(rowp);
 
   Bitmap& pic = j.Picture2;
-  NoteJumpMapPicture(s, true);
+  j.ShowsDrawnMap = true;
   pic.Create(colp * (d.MapMaxX + 1), rowp * (d.MapMaxY + 1));
   pic.Fill(kPictureBackColour);
   j.Picture2Box.shown = false;
@@ -140,7 +139,7 @@ bool ZoomFlags(Session& s, int16_t view, std::string* err) {
   Document& d = s.doc;
   JumpMapState& j = s.jump;
   const SpriteBank& b = s.sprites;
-  NoteJumpMapPicture(s, false);  // the map's bitmap with flags, from here on
+  j.ShowsDrawnMap = false;  // the map's bitmap with flags, from here on
   std::string& dlgFile = s.ed.dlg.DlgFile;
   if (dlgFile.empty()) dlgFile = JoinPath(s.AppPath, "newmap.map");
   const std::string bmpPath = CutExt(dlgFile, 3, "bmp");

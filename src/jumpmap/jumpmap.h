@@ -36,6 +36,9 @@ struct JumpMapState {
   std::string Caption = "Jump Map (F1)";
   ScrollBarModel HScroll1, VScroll1;  // Form5's bars, moving Picture2
   bool ListVisible = false;           // List1, the country list
+  // Picture2 is the drawn map (set by DrawStrategicMap) rather than a flag
+  // view's bitmap (cleared by ZoomFlags): only the drawn map follows edits.
+  bool ShowsDrawnMap = false;
 };
 
 // The most pixels the jump map's hex picture may have (32 MB); a map whose

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <mutex>
-#include <unordered_map>
 
 #include "jumpmap/jumpmap.h"
 #include "session.h"
@@ -52,31 +50,10 @@ void DrawJumpHex(const Session& s, Bitmap& pic, const JumpGeometry& g, int x, in
   }
 }
 
-// Which sessions' jump maps show the drawn map, by session.
-std::mutex& PictureKindLock() {
-  static std::mutex m;
-  return m;
-}
-std::unordered_map<const Session*, bool>& PictureKind() {
-  static std::unordered_map<const Session*, bool> kinds;
-  return kinds;
-}
-
 }  // namespace
 
-void NoteJumpMapPicture(const Session& s, bool drawnMap) {
-  std::lock_guard<std::mutex> lock(PictureKindLock());
-  PictureKind()[&s] = drawnMap;
-}
-
-bool JumpMapShowsMap(const Session& s) {
-  std::lock_guard<std::mutex> lock(PictureKindLock());
-  const auto it = PictureKind().find(&s);
-  return it != PictureKind().end() && it->second;
-}
-
 bool JumpMapFollow(Session& s, const HexRect& changed) {
-  if (!s.forms.Form5Loaded || !JumpMapShowsMap(s)) return false;
+  if (!s.forms.Form5Loaded || !s.jump.ShowsDrawnMap) return false;
   const Document& d = s.doc;
   const HexRect area = changed.ClippedTo(d.MapMaxX, d.MapMaxY);
   if (area.Empty()) return false;

@@ -10,13 +10,9 @@ namespace kv {
 struct Session;
 
 // Draws the hexes of `area` (and what overlaps them) into the open jump map's
-// picture. Does nothing while a flag view shows instead of the map, or when
-// the jump map is not loaded. Returns whether the picture changed.
+// picture. Does nothing while a flag view shows instead of the map
+// (JumpMapState::ShowsDrawnMap), or when the jump map is not loaded. Returns
+// whether the picture changed.
 bool JumpMapFollow(Session& s, const HexRect& area);
-
-// Whether the jump map's picture is the drawn map (true after DrawStrategicMap)
-// or a flag view's bitmap (false after ZoomFlags), noted by those two.
-void NoteJumpMapPicture(const Session& s, bool drawnMap);
-bool JumpMapShowsMap(const Session& s);
 
 }  // namespace kv

@@ -6,8 +6,11 @@
 #include <cstdlib>
 #include <sstream>
 
+#include "gui/Form1.h"
 #include "gui/editorapp.h"
 #include "gui/script.h"
+#include "gui/usersettings.h"
+#include "session.h"
 
 namespace kvtest {
 
@@ -20,6 +23,31 @@ QApplication& GuiApp() {
     return new kv::gui::EditorApplication(argc, argv);
   }();
   return *app;
+}
+
+void Settle() {
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  QCoreApplication::processEvents();
+}
+
+EditorWindow::EditorWindow(const MiniApp& mini, int w, int h, const std::string& settings) {
+  GuiApp();
+  kv::gui::Script().active = true;
+  kv::gui::Script().answers.clear();
+  MakeMiniApp(app.path(), mini);
+  kv::gui::SetUserSettingsFile(QString::fromStdString(settings.empty() ? home.path() + "/editor.ini" : settings));
+  f = std::make_unique<kv::gui::Form1>(app.path());
+  f->SetScreenSize(w, h);
+  EXPECT_TRUE(f->Form_Load());
+  Settle();  // the forms' key previews come into place
+}
+
+EditorWindow::~EditorWindow() = default;
+
+kv::Session& EditorWindow::s() { return f->session(); }
+
+int EditorWindow::Run(const std::string& script, std::string* out, bool withBoxes) {
+  return RunScriptText(*f, script, out, withBoxes);
 }
 
 int RunScriptText(kv::gui::Form1& form, const std::string& script, std::string* out, bool withBoxes) {

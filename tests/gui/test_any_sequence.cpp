@@ -21,23 +21,16 @@ using kv::gui::Form1;
 
 namespace {
 
-struct Editor {
-  kvtest::TempDir app, maps;
-  std::unique_ptr<Form1> f;
-  Editor() {
-    kvtest::GuiApp();
-    gui::Script().active = true;
-    gui::Script().answers.clear();
-    kvtest::MiniApp mini;
-    mini.types = {0, 1, 1, 3, 1, 5, 14, 1, 8, 6, 2, 3};
-    mini.roads = {{}, {1, 0, 0, 1, 0, 0}};
-    kvtest::MakeMiniApp(app.path(), mini);
-    f = std::make_unique<Form1>(app.path());
-    f->SetScreenSize(1920, 1080);
-    EXPECT_TRUE(f->Form_Load());
-  }
-  Session& s() { return f->session(); }
-  int Run(const std::string& script, std::string* out = nullptr) { return kvtest::RunScriptText(*f, script, out); }
+kvtest::MiniApp Mini() {
+  kvtest::MiniApp mini;
+  mini.types = {0, 1, 1, 3, 1, 5, 14, 1, 8, 6, 2, 3};
+  mini.roads = {{}, {1, 0, 0, 1, 0, 0}};
+  return mini;
+}
+
+struct Editor : kvtest::EditorWindow {
+  kvtest::TempDir maps;
+  Editor() : EditorWindow(Mini()) {}
   static std::string NewMap(int w, int h) {
     return "Form1.menu_file_new_Click\nForm6.Text1.Text = \"" + std::to_string(w) + "\"\nForm6.Text2.Text = \"" +
            std::to_string(h) + "\"\nForm6.Command2_Click\n";

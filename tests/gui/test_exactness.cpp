@@ -22,22 +22,15 @@ using kv::gui::Form1;
 
 namespace {
 
-struct Editor {
-  kvtest::TempDir app, maps;
-  std::unique_ptr<Form1> f;
-  Editor() {
-    kvtest::GuiApp();
-    gui::Script().active = true;
-    gui::Script().answers.clear();
-    kvtest::MiniApp mini;
-    mini.types = {0, 1, 1, 3, 1, 5, 14, 1, 8, 6};
-    kvtest::MakeMiniApp(app.path(), mini);
-    f = std::make_unique<Form1>(app.path());
-    f->SetScreenSize(1366, 768);
-    EXPECT_TRUE(f->Form_Load());
-  }
-  Session& s() { return f->session(); }
-  int Run(const std::string& script, std::string* out = nullptr) { return kvtest::RunScriptText(*f, script, out); }
+kvtest::MiniApp Mini() {
+  kvtest::MiniApp mini;
+  mini.types = {0, 1, 1, 3, 1, 5, 14, 1, 8, 6};
+  return mini;
+}
+
+struct Editor : kvtest::EditorWindow {
+  kvtest::TempDir maps;
+  Editor() : EditorWindow(Mini(), 1366, 768) {}
 };
 
 uint32_t Point(uint32_t rgb) { return ((rgb >> 16) & 255) + 256 * ((rgb >> 8) & 255) + 65536 * (rgb & 255); }

@@ -34,14 +34,9 @@ using kv::gui::VbForm;
 
 namespace {
 
-QApplication& App() { return kvtest::GuiApp(); }
-
 constexpr int kBorder = 2;  // a picture control's border
 
-void Settle() {
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  QCoreApplication::processEvents();
-}
+using kvtest::Settle;
 
 void Mouse(QWidget* w, QEvent::Type type, QPoint at, Qt::MouseButton b) {
   QMouseEvent e(type, QPointF(at), QPointF(w->mapToGlobal(at)), b, type == QEvent::MouseMove ? Qt::NoButton : b,
@@ -50,21 +45,15 @@ void Mouse(QWidget* w, QEvent::Type type, QPoint at, Qt::MouseButton b) {
   Settle();
 }
 
-struct Editor {
-  kvtest::TempDir app, pics;
-  std::unique_ptr<Form1> f;
-  Editor() {
-    App();
-    gui::Script().active = true;
-    gui::Script().answers.clear();
-    kvtest::MiniApp mini;
-    mini.types = {0, 1, 1, 3, 1, 5, 14, 1, 8, 6};
-    kvtest::MakeMiniApp(app.path(), mini);
-    f = std::make_unique<Form1>(app.path());
-    f->SetScreenSize(1920, 1080);
-    EXPECT_TRUE(f->Form_Load());
-  }
-  Session& s() { return f->session(); }
+kvtest::MiniApp Mini() {
+  kvtest::MiniApp mini;
+  mini.types = {0, 1, 1, 3, 1, 5, 14, 1, 8, 6};
+  return mini;
+}
+
+struct Editor : kvtest::EditorWindow {
+  kvtest::TempDir pics;
+  Editor() : EditorWindow(Mini()) {}
   Form4* Utility() { return static_cast<Form4*>(f->FormByName(QStringLiteral("Form4"))); }
   template <class T>
   T* Child(const char* name) {
@@ -78,9 +67,6 @@ struct Editor {
   std::string LoadLines(const std::string& name) {
     return "Form4.LoadBitmap_Click\nLoadSave.Dir1.Path = \"" + pics.path() + "\"\nLoadSave.Text1.Text = " + name +
            "\nLoadSave.Command1_Click\n";
-  }
-  int Run(const std::string& script, std::string* out = nullptr) {
-    return kvtest::RunScriptText(*f, script, out);
   }
 };
 

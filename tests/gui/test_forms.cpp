@@ -37,15 +37,10 @@ using kv::gui::Form1;
 
 namespace {
 
-QApplication& App() { return kvtest::GuiApp(); }
-
 // A picture control draws its image inside a border of this width.
 constexpr int kBorder = 2;
 
-void Settle() {
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  QCoreApplication::processEvents();
-}
+using kvtest::Settle;
 
 void Click(QWidget* w, QPoint at, Qt::MouseButton b = Qt::LeftButton) {
   const QPointF local(at), global(w->mapToGlobal(at));
@@ -87,23 +82,15 @@ QSize BmpSize(const std::string& path) {
 
 // A started editor with a full sheet of 256 tiles and four nations whose
 // names sort in another order than the set's list file gives them.
-struct Editor {
-  kvtest::TempDir app;
-  std::unique_ptr<Form1> f;
-  explicit Editor(int w = 1920, int h = 1080) {
-    App();
-    gui::Script().active = true;
-    gui::Script().answers.clear();
-    kvtest::MiniApp mini;
-    mini.tiles = 256;
-    mini.nations = {"Corvia", "Avaria", "Dremen", "Belmont"};
-    kvtest::MakeMiniApp(app.path(), mini);
-    f = std::make_unique<Form1>(app.path());
-    f->SetScreenSize(w, h);
-    EXPECT_TRUE(f->Form_Load());
-    Settle();  // the forms' key previews come into place
-  }
-  Session& s() { return f->session(); }
+kvtest::MiniApp Mini() {
+  kvtest::MiniApp mini;
+  mini.tiles = 256;
+  mini.nations = {"Corvia", "Avaria", "Dremen", "Belmont"};
+  return mini;
+}
+
+struct Editor : kvtest::EditorWindow {
+  explicit Editor(int w = 1920, int h = 1080) : EditorWindow(Mini(), w, h) {}
   Pens& p() { return f->session().pens; }
   QWidget* form(const char* name, bool create = true) {
     gui::VbForm* v = f->FormByName(QString::fromLatin1(name), create);
@@ -116,9 +103,7 @@ struct Editor {
   }
   QAction* action(const char* name) { return f->findChild<QAction*>(QString::fromLatin1(name)); }
   // Runs a script; its output and any message boxes go to `out`.
-  int Run(const std::string& script, std::string* out = nullptr) {
-    return kvtest::RunScriptText(*f, script, out, true);
-  }
+  int Run(const std::string& script, std::string* out = nullptr) { return EditorWindow::Run(script, out, true); }
   void Busy() {
     p().SideEdit = 2;
     p().AutoTile = -1;

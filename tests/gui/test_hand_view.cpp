@@ -10,10 +10,14 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStatusBar>
+#include <QTest>
 #include <QWheelEvent>
+#include <cctype>
 #include <memory>
 
 #include "gui/Form1.h"
+#include "gui/PictureBox.h"
+#include "gui/editorscript.h"
 #include "gui/guitest.h"
 #include "gui/qtui.h"
 #include "gui/statusbar.h"
@@ -94,20 +98,28 @@ TEST(HandWindow, EverySizeShowsTheBarsThePanelAndWholeCaptions) {
     Settle();
     QWidget* c = e.f->centralWidget();
     const QRect inside = c->rect();
-    // The view and its bars always lie inside; the bottom panel always
-    // within the height, and wholly inside wherever the screen lets the
-    // window be as wide as the panel (this screen is 800 pixels wide).
-    for (const char* n : {"HScroll1", "VScroll1", "Picture1", "Picture2", "Command9", "Label5", "Text4", "Label2"}) {
+    // The view, its bars and every control of the bottom panel lie wholly
+    // inside (a panel wider than the window goes on in a second row), and
+    // no two controls of the panel overlap.
+    std::vector<QWidget*> panel;
+    for (const char* n : {"HScroll1", "VScroll1", "Picture1", "Picture2", "Label1", "Label2", "Text2", "Label4",
+                          "Command4", "Command7", "Text3(0)", "Text3(1)", "Text3(2)", "Command8", "Label5", "Label6",
+                          "Text4", "Command9"}) {
       auto* w = c->findChild<QWidget*>(QString::fromLatin1(n));
+      ASSERT_NE(w, nullptr) << n;
       const QRect g = w->geometry();
-      const bool mapPart = std::string(n).find("Scroll") != std::string::npos || std::string(n) == "Picture1";
-      if (mapPart || c->width() >= 1300)
-        EXPECT_TRUE(inside.contains(g)) << n << " " << g.x() << "," << g.y() << " " << w->width() << "x" << w->height();
-      EXPECT_LE(g.bottom(), inside.bottom()) << n;
+      EXPECT_TRUE(inside.contains(g)) << n << " " << g.x() << "," << g.y() << " " << w->width() << "x" << w->height();
+      if (std::string(n).find("Scroll") == std::string::npos && std::string(n) != "Picture1") panel.push_back(w);
     }
-    for (QLabel* l : c->findChildren<QLabel*>())
-      if (l->isVisible() && !l->text().isEmpty() && l->objectName() != "Label3")
+    for (size_t i = 0; i < panel.size(); ++i)
+      for (size_t k = i + 1; k < panel.size(); ++k)
+        EXPECT_FALSE(panel[i]->geometry().intersects(panel[k]->geometry()))
+            << panel[i]->objectName().toStdString() << " over " << panel[k]->objectName().toStdString();
+    for (QLabel* l : c->findChildren<QLabel*>()) {
+      if (l->isVisible() && !l->text().isEmpty() && l->objectName() != "Label3") {
         EXPECT_GE(l->width(), l->sizeHint().width()) << l->objectName().toStdString();
+      }
+    }
     for (QPushButton* b : c->findChildren<QPushButton*>()) EXPECT_GE(b->width(), b->sizeHint().width());
     // The view shows what its size holds, and the bars reach the map's end.
     const ViewState& v = e.s().view;
@@ -294,8 +306,25 @@ TEST(HandScript, EditorZoomStrokeAndWheel) {
   for (int x = 1; x <= 8; ++x) EXPECT_EQ(e.s().doc.HexTile(x, 1), 12) << x;
   EXPECT_NE(e.s().doc.HexTile(9, 1), 12);
   ASSERT_EQ(e.Run("Editor.Zoom = 300\n", &out), 1);
-  EXPECT_NE(out.find("Editor.Zoom is 25 to 200"), std::string::npos) << out;
+  EXPECT_NE(out.find("Editor.Zoom: 25 to 200"), std::string::npos) << out;
   ASSERT_EQ(e.Run("Editor.Wheel -120 0\nprint ViewY\n", &out), 0) << out;
+}
+
+// The README names every Editor name of the table as `Editor.NAME`.
+TEST(HandScript, TheReadmeNamesEveryEditorName) {
+  const std::vector<uint8_t> bytes = kvtest::ReadBytes(std::string(KV_SOURCE_DIR) + "/README.md");
+  const std::string readme(bytes.begin(), bytes.end());
+  const std::vector<const char*> names = gui::EditorNames();
+  EXPECT_GE(names.size(), 13u);
+  for (const char* n : names) {
+    const std::string quoted = std::string("`Editor.") + n;
+    bool found = false;
+    for (size_t at = readme.find(quoted); at != std::string::npos && !found; at = readme.find(quoted, at + 1)) {
+      const char next = at + quoted.size() < readme.size() ? readme[at + quoted.size()] : ' ';
+      found = !std::isalnum(static_cast<unsigned char>(next));  // not the start of a longer name
+    }
+    EXPECT_TRUE(found) << n;
+  }
 }
 
 TEST(HandJumpMap, AnOpenJumpMapShowsAPaintedHexAtOnce) {
@@ -316,4 +345,44 @@ TEST(HandJumpMap, AnOpenJumpMapShowsAPaintedHexAtOnce) {
   s.pens.CurTile = 4;
   ASSERT_EQ(e.Run("clickhex 5 4\n"), 0);
   EXPECT_EQ(s.jump.Picture2.GetPixel(s.ref.JumpColPitch * 5 + 1, s.ref.JumpRowPitch * 4 + 1), after);
+}
+
+TEST(HandJumpMap, AnOpenJumpMapFollowsUndoAndRedoHexByHex) {
+  Editor e;
+  Session& s = e.s();
+  e.f->hand().LiveJumpMap = true;
+  e.f->Form_KeyDown(112, 0);  // F1
+  Settle();
+  ASSERT_TRUE(s.forms.Form5Loaded);
+  // What the jump map's window shows, and its picture.
+  auto* shown = e.form("Form5")->findChild<gui::PictureBox*>(QStringLiteral("Picture2"));
+  ASSERT_NE(shown, nullptr);
+  auto pixel = [&](int x, int y) {
+    const int px = s.ref.JumpColPitch * x + 1, py = s.ref.JumpRowPitch * y + 1;
+    const uint32_t own = s.jump.Picture2.GetPixel(px, py);
+    EXPECT_EQ(shown->source().pixel(px, py) & 0xFFFFFFu, own) << "the window shows its picture";
+    return own;
+  };
+  const uint32_t before = pixel(5, 4);
+  ASSERT_EQ(e.Run("CurTile = 0\nclickhex 5 4\n"), 0);
+  const uint32_t painted = pixel(5, 4);
+  ASSERT_NE(painted, before);
+  // A pixel far from the hex, spoiled: a step that redraws only its own hexes leaves it.
+  const int farX = s.ref.JumpColPitch * 12 + 1, farY = s.ref.JumpRowPitch * 9 + 1;
+  s.jump.Picture2.SetPixel(farX, farY, 0x123456);
+  ASSERT_EQ(e.Run("Editor.Undo\n"), 0);
+  EXPECT_EQ(pixel(5, 4), before);
+  ASSERT_EQ(e.Run("Editor.Redo\n"), 0);
+  EXPECT_EQ(pixel(5, 4), painted);
+  // The keys, as the window system delivers them.
+  e.f->show();
+  Settle();
+  e.f->activateWindow();
+  QTest::keyClick(e.f.get(), Qt::Key_Z, Qt::ControlModifier);
+  Settle();
+  EXPECT_EQ(pixel(5, 4), before);
+  QTest::keyClick(e.f.get(), Qt::Key_Y, Qt::ControlModifier);
+  Settle();
+  EXPECT_EQ(pixel(5, 4), painted);
+  EXPECT_EQ(s.jump.Picture2.GetPixel(farX, farY), 0x123456u);
 }

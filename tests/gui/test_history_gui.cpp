@@ -103,7 +103,7 @@ QAction* Act(Form1& f, const char* name) { return f.findChild<QAction*>(QString:
 // A key as the window system delivers it: through the shortcut map first.
 void Key(Form1& f, Qt::Key key, Qt::KeyboardModifiers mods = Qt::NoModifier) {
   f.activateWindow();
-  QTest::qWaitForWindowActive(&f);
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&f));
   QWidget* target = QApplication::focusWidget() ? QApplication::focusWidget() : &f;
   QTest::keyClick(target, key, mods);
   QApplication::processEvents();

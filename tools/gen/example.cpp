@@ -508,15 +508,8 @@ bool MakeExampleMap(const fs::path& dir, const fs::path& src, std::string* err) 
   std::vector<TileDef> cat;
   if (!ReadCatalogue((src / "tiles.txt").string(), cat, err)) return false;
   std::error_code ec;
-  const fs::path app = fs::temp_directory_path(ec) / ("kv_example_app_" + std::to_string(::getpid()));
-  fs::remove_all(app, ec);
-  struct Cleanup {
-    fs::path p;
-    ~Cleanup() {
-      std::error_code e;
-      fs::remove_all(p, e);
-    }
-  } cleanup{app};
+  const ScratchDir scratch(fs::temp_directory_path(ec) / ("kv_example_app_" + std::to_string(::getpid())));
+  const fs::path& app = scratch.path;
   if (!Generate(app, src, err, false)) return false;  // the map asks no pattern store
 
   fs::create_directories(dir, ec);

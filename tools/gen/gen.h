@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <system_error>
+#include <utility>
 #include <vector>
 
 #include "art.h"
@@ -25,6 +27,22 @@ bool GenerateFresh(const std::filesystem::path& out, const std::filesystem::path
 // map is built there through the editor's own operations, and saved as
 // `dir`/example.map with its side files.
 bool MakeExampleMap(const std::filesystem::path& dir, const std::filesystem::path& src, std::string* err);
+
+// A folder the generator works in for a while: emptied when taken, removed
+// when it goes.
+struct ScratchDir {
+  std::filesystem::path path;
+  explicit ScratchDir(std::filesystem::path p) : path(std::move(p)) {
+    std::error_code ec;
+    std::filesystem::remove_all(path, ec);
+  }
+  ~ScratchDir() {
+    std::error_code ec;
+    std::filesystem::remove_all(path, ec);
+  }
+  ScratchDir(const ScratchDir&) = delete;
+  ScratchDir& operator=(const ScratchDir&) = delete;
+};
 
 // One line of tools/data/tiles.txt.
 struct TileDef {

@@ -399,15 +399,8 @@ bool TrainStores(const fs::path& out, const std::vector<TileDef>& cat, std::stri
   // system has such a place: each lesson rewrites a pattern file whole.
   std::error_code ec;
   fs::path base = fs::exists("/dev/shm", ec) ? fs::path("/dev/shm") : fs::temp_directory_path(ec);
-  const fs::path app = base / ("kv_train_" + std::to_string(::getpid()));
-  fs::remove_all(app, ec);
-  struct Cleanup {
-    fs::path p;
-    ~Cleanup() {
-      std::error_code e;
-      fs::remove_all(p, e);
-    }
-  } cleanup{app};
+  const ScratchDir scratch(base / ("kv_train_" + std::to_string(::getpid())));
+  const fs::path& app = scratch.path;
   fs::copy(out, app, fs::copy_options::recursive, ec);
   if (ec) {
     *err = "cannot copy the program folder to " + app.string();
