@@ -142,7 +142,7 @@ World& TheWorld() {
   return w;
 }
 
-template <void (*Pass)(Session&)>
+template <void (*Pass)(MapView&)>
 void BM_Pass(benchmark::State& st) {
   World& w = TheWorld();
   SetStoreCache(*w.s, st.range(0) != 0);

@@ -8,8 +8,8 @@
 #include <string>
 #include <thread>
 
+#include "document/mapstate.h"
 #include "platform/fileio.h"
-#include "session.h"
 
 namespace kv {
 
@@ -17,7 +17,7 @@ namespace {
 constexpr int32_t kNoVisit = INT32_MIN;  // no 16-bit land-mass number equals it
 }  // namespace
 
-std::string AIFilePath(const Session& s) {
+std::string AIFilePath(const MapState& s) {
   const Document& d = s.doc;
   if (!d.MapPath.empty()) return CutExt(d.MapPath, 4, ".ai");
   return s.App(CutExt(d.MapFile, 4, ".ai"));
@@ -93,7 +93,7 @@ void AIFieldMaker::Compute(int ox, int oy, std::vector<int32_t>& work, int16_t* 
     }
 }
 
-bool WriteAIFile(Session& s, int threads, const std::function<void(int i)>& beforeObjective) {
+bool WriteAIFile(MapState& s, int threads, const std::function<void(int i)>& beforeObjective) {
   Document& d = s.doc;
   const int n = d.ObjCount;
   const std::string path = AIFilePath(s);
@@ -214,7 +214,7 @@ bool ReadAIBlock(ByteSource& in, int index, int w, int h, HexArray<int16_t>& fie
   return true;
 }
 
-void LoadAITable(Session& s, int16_t x, int16_t y) {
+void LoadAITable(MapState& s, int16_t x, int16_t y) {
   Document& d = s.doc;
   const std::string path = AIFilePath(s);
   if (!FileExists(path)) {

@@ -18,12 +18,13 @@
 
 namespace kv {
 
-struct Session;
+struct MapState;
+struct MapView;
 struct Document;
 
 // The .ai file of the open map: the map's name with ".ai" for its last four
 // characters, beside the map (in the program folder for a map never saved).
-std::string AIFilePath(const Session& s);
+std::string AIFilePath(const MapState& s);
 
 // Computes distance fields on one map. Shared, read-only, by all threads;
 // each thread brings its own work buffer.
@@ -53,12 +54,12 @@ class AIFieldMaker {
 // computed; Label3 shows each objective's progress text. Afterwards HexAIDist
 // holds the raw field of the last objective (entries plus one, x fastest).
 // Returns false after a message when the file cannot be written.
-bool WriteAIFile(Session& s, int threads, const std::function<void(int i)>& beforeObjective = {});
+bool WriteAIFile(MapState& s, int threads, const std::function<void(int i)>& beforeObjective = {});
 // BuildObjList, then the tables on every core, the view brought to each
 // objective in turn as it is processed. (Draws: lives with the view-side
 // commands.)
-bool WriteAITables(Session& s);
-void BuildAITables_Click(Session& s);
+bool WriteAITables(MapView& s);
+void BuildAITables_Click(MapView& s);
 
 // Reads block `index` (from 1) of an .ai source for a w x h map into field
 // (allocated afresh, x fastest). Fails with a reason, field all 0, when the
@@ -67,6 +68,6 @@ bool ReadAIBlock(ByteSource& in, int index, int w, int h, HexArray<int16_t>& fie
 // Loads the table of the objective standing at (x, y) into HexAIDist; all 0
 // when no objective stands there. Without an .ai file: "Create objective
 // file then try again" and HexAIDist stays as it was.
-void LoadAITable(Session& s, int16_t x, int16_t y);
+void LoadAITable(MapState& s, int16_t x, int16_t y);
 
 }  // namespace kv

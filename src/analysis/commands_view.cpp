@@ -7,8 +7,8 @@
 #include "analysis/roadcheck.h"
 #include "document/document_ops.h"
 #include "document/mapfile.h"
-#include "session.h"
 #include "view/compose.h"
+#include "view/mapview.h"
 #include "view/render_api.h"
 #include "view/scrolling.h"
 
@@ -18,7 +18,7 @@ namespace {
 
 // Puts the view's top left at (vx, vy) through the scroll bars, whose change
 // handlers only show the buffer: the caller redraws.
-void PlaceView(Session& s, int vx, int vy) {
+void PlaceView(MapView& s, int vx, int vy) {
   ViewState& v = s.view;
   v.ViewX = vx;
   v.ViewY = vy;
@@ -28,7 +28,7 @@ void PlaceView(Session& s, int vx, int vy) {
 
 }  // namespace
 
-void mNextUnconnected_Click(Session& s) {
+void mNextUnconnected_Click(MapView& s) {
   int16_t fx = 0, fy = 0;
   if (!FindNextFault(s, s.view.ViewX, fx, fy)) {
     s.MsgBox("none found");
@@ -45,21 +45,21 @@ void mNextUnconnected_Click(Session& s) {
   BlueHex(s, fx, fy);
 }
 
-void mDefaultHC_Click(Session& s) {
+void mDefaultHC_Click(MapView& s) {
   const HexArea a = BulkArea(s);
   if (s.pens.DefaultAreaAll == -1) WriteSnapshot(s);
   SetDefaultControl(s, a);
   RedrawBuffers(s);
 }
 
-void mRoadsOnly_Click(Session& s) {
+void mRoadsOnly_Click(MapView& s) {
   const HexArea a = BulkArea(s);
   if (s.pens.DefaultAreaAll == -1) WriteSnapshot(s);
   SetRoadControl(s, a);
   RedrawBuffers(s);
 }
 
-bool WriteAITables(Session& s) {
+bool WriteAITables(MapView& s) {
   BuildObjList(s);
   const int cores = std::max(1u, std::thread::hardware_concurrency());
   s.SetPointer(vbHourglass);
@@ -77,7 +77,7 @@ bool WriteAITables(Session& s) {
   return ok;
 }
 
-void BuildAITables_Click(Session& s) {
+void BuildAITables_Click(MapView& s) {
   BuildObjList(s);
   WriteAITables(s);
 }

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "session.h"
+#include "document/mapstate.h"
 
 namespace kv {
 
@@ -199,7 +199,7 @@ LandMassNumbers NumberLandMasses(const uint8_t* terrain, int w, int h, const Col
   return out;
 }
 
-bool BuildLandMasses(Session& s) {
+bool BuildLandMasses(MapState& s) {
   Document& d = s.doc;
   s.SetPointer(vbHourglass);
   auto progress = [&s](int x, int rows) { s.SetLabel3(std::to_string(x) + "," + std::to_string(rows)); };
@@ -218,6 +218,6 @@ bool BuildLandMasses(Session& s) {
   return true;
 }
 
-void menu_LandMass_Click(Session& s) { BuildLandMasses(s); }
+void menu_LandMass_Click(MapState& s) { BuildLandMasses(s); }
 
 }  // namespace kv

@@ -16,7 +16,7 @@
 
 namespace kv {
 
-struct Session;
+struct MapState;
 
 struct LandMassNumbers {
   std::vector<int32_t> number;  // per hex, x fastest (the layout of HexLandMass)
@@ -36,7 +36,7 @@ LandMassNumbers NumberLandMasses(const uint8_t* terrain, int w, int h, const Col
 // Numbers the bodies of the open map into HexLandMass, with the hourglass and
 // the column counter in Label3. A map whose numbers would not fit the 16-bit
 // array gets a message and keeps its old numbers; returns false then.
-bool BuildLandMasses(Session& s);
-void menu_LandMass_Click(Session& s);
+bool BuildLandMasses(MapState& s);
+void menu_LandMass_Click(MapState& s);
 
 }  // namespace kv

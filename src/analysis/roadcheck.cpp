@@ -6,8 +6,8 @@
 #include <string>
 
 #include "autotile/engine.h"
-#include "session.h"
 #include "view/geometry.h"
+#include "view/mapview.h"
 #include "view/transform.h"
 
 namespace kv {
@@ -17,7 +17,7 @@ namespace {
 // Terrains that must always have an owner: city, road end, port.
 bool MustBeOwned(uint8_t terrain) { return terrain == 5 || terrain == 6 || terrain == 14; }
 
-void ConnectAllRoads(Session& s) {
+void ConnectAllRoads(MapView& s) {
   const Document& d = s.doc;
   for (int x = 0; x <= d.MapMaxX; ++x)
     for (int y = 0; y <= d.MapMaxY; ++y) ConnectRoads(s, static_cast<int16_t>(x), static_cast<int16_t>(y));
@@ -35,7 +35,7 @@ const char* FaultReason(FaultKind k) {
   return "";
 }
 
-int CountRoadHexes(const Session& s) {
+int CountRoadHexes(const MapState& s) {
   const Document& d = s.doc;
   int n = 0;
   for (int x = 0; x <= d.MapMaxX; ++x)
@@ -44,14 +44,14 @@ int CountRoadHexes(const Session& s) {
   return n;
 }
 
-void mCountRoad_Click(Session& s) {
+void mCountRoad_Click(MapView& s) {
   s.SetPointer(vbHourglass);
   const int n = CountRoadHexes(s);
   s.SetPointer(vbArrow);
   s.MsgBox(std::to_string(n) + " road hexes on map.");
 }
 
-std::optional<FaultKind> PruneAndTestHex(Session& s, int x, int y) {
+std::optional<FaultKind> PruneAndTestHex(MapView& s, int x, int y) {
   Document& d = s.doc;
   for (int side = 1; side <= 6; ++side) {
     if (d.HexInfo(x, y, side) != 1) continue;
@@ -76,7 +76,7 @@ std::optional<FaultKind> PruneAndTestHex(Session& s, int x, int y) {
   return std::nullopt;
 }
 
-bool FindNextFault(Session& s, int fromX, int16_t& fx, int16_t& fy) {
+bool FindNextFault(MapView& s, int fromX, int16_t& fx, int16_t& fy) {
   ConnectAllRoads(s);
   const Document& d = s.doc;
   for (int x = std::max(fromX, 0); x <= d.MapMaxX; ++x)
@@ -89,7 +89,7 @@ bool FindNextFault(Session& s, int fromX, int16_t& fx, int16_t& fy) {
   return false;
 }
 
-std::vector<HexFault> FindAllFaults(Session& s) {
+std::vector<HexFault> FindAllFaults(MapView& s) {
   ConnectAllRoads(s);
   const Document& d = s.doc;
   std::vector<HexFault> out;
@@ -99,7 +99,7 @@ std::vector<HexFault> FindAllFaults(Session& s) {
   return out;
 }
 
-int VerifyHexData(Session& s) {
+int VerifyHexData(MapView& s) {
   Document& d = s.doc;
   int errors = 0;
   for (int x = 0; x <= d.MapMaxX; ++x)
@@ -119,11 +119,11 @@ int VerifyHexData(Session& s) {
   return errors;
 }
 
-void VerifyHexData_Click(Session& s) {
+void VerifyHexData_Click(MapView& s) {
   if (VerifyHexData(s) > 0) s.MsgBox("Errors found");
 }
 
-HexArea BulkArea(const Session& s) {
+HexArea BulkArea(const MapView& s) {
   const Document& d = s.doc;
   if (s.pens.DefaultAreaAll == -1) return {0, d.MapMaxX, 0, d.MapMaxY};
   // The visible hexes cut at the map's far edges (the near ones are cut where the area is used).
@@ -131,7 +131,7 @@ HexArea BulkArea(const Session& s) {
   return {v.x1, std::min<int>(v.x2, d.MapMaxX), v.y1, std::min<int>(v.y2, d.MapMaxY)};
 }
 
-void SetDefaultControl(Session& s, const HexArea& a) {
+void SetDefaultControl(MapView& s, const HexArea& a) {
   Document& d = s.doc;
   const Pens& p = s.pens;
   const auto nation = static_cast<uint8_t>(p.CurNation), orig = static_cast<uint8_t>(p.CurOrigNation);
@@ -153,7 +153,7 @@ void SetDefaultControl(Session& s, const HexArea& a) {
   s.MapEdited({a.x1, a.y1, a.x2, a.y2});
 }
 
-void SetRoadControl(Session& s, const HexArea& a) {
+void SetRoadControl(MapView& s, const HexArea& a) {
   Document& d = s.doc;
   for (int x = std::max(a.x1, 0); x <= a.x2; ++x)
     for (int y = std::max(a.y1, 0); y <= a.y2; ++y)

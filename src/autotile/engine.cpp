@@ -2,7 +2,7 @@
 
 #include "autotile/stores.h"
 #include "platform/textfields.h"
-#include "session.h"
+#include "view/mapview.h"
 
 namespace kv {
 
@@ -22,7 +22,7 @@ bool OnMapFrom(const Document& d, int x, int y, Edge e) {
 
 // Walks the ring of (x, y); `connected` is asked only for neighbours on the map.
 template <class Connected>
-RingOutline Outline(const Session& s, int x, int y, Edge edge, Connected connected) {
+RingOutline Outline(const MapView& s, int x, int y, Edge edge, Connected connected) {
   RingOutline r;
   const Document& d = s.doc;
   for (int p = 1; p <= 6; ++p) {
@@ -38,7 +38,7 @@ RingOutline Outline(const Session& s, int x, int y, Edge edge, Connected connect
 
 // SideDigits of (x, y): `match` for neighbours on the map, `offMap` elsewhere.
 template <class Match>
-std::string Digits(const Session& s, int x, int y, Edge edge, bool offMap, Match match) {
+std::string Digits(const MapView& s, int x, int y, Edge edge, bool offMap, Match match) {
   std::array<bool, 6> m{};
   for (int p = 1; p <= 6; ++p) {
     int nx, ny;
@@ -48,9 +48,9 @@ std::string Digits(const Session& s, int x, int y, Edge edge, bool offMap, Match
   return SideDigits(m);
 }
 
-int PenTerrain(const Session& s) { return s.ref.TypeOf(s.pens.CurTile); }
+int PenTerrain(const MapView& s) { return s.ref.TypeOf(s.pens.CurTile); }
 
-std::string Store(const Session& s, const char* folder, const std::string& name) {
+std::string Store(const MapView& s, const char* folder, const std::string& name) {
   return s.App(std::string("mapedit/") + folder + "/" + name + ".txt");
 }
 
@@ -58,7 +58,7 @@ std::string Store(const Session& s, const char* folder, const std::string& name)
 
 // ---- Reading -----------------------------------------------------------------
 
-void AutoDrawTile(Session& s, int16_t x, int16_t y, int16_t& tile) {
+void AutoDrawTile(MapView& s, int16_t x, int16_t y, int16_t& tile) {
   const RefData& ref = s.ref;
   const int T = PenTerrain(s);
   EnsureFolder(s, s.App("mapedit/t" + TerrainNN(T)));
@@ -101,7 +101,7 @@ void AutoDrawTile(Session& s, int16_t x, int16_t y, int16_t& tile) {
   if (tile > ref.TileMax) tile = -1;
 }
 
-std::string TerrainListPath(const Session& s, int16_t x, int16_t y) {
+std::string TerrainListPath(const MapView& s, int16_t x, int16_t y) {
   const int T = PenTerrain(s);
   switch (T) {
     case 0: return TileListPath(s, T, Digits(s, x, y, Edge::From1, true, [](int t) { return t == 0 || t == 14; }));
@@ -116,12 +116,12 @@ std::string TerrainListPath(const Session& s, int16_t x, int16_t y) {
   }
 }
 
-void TerrainPattern(Session& s, int16_t x, int16_t y, int16_t& tile) {
+void TerrainPattern(MapView& s, int16_t x, int16_t y, int16_t& tile) {
   const std::string digits = Digits(s, x, y, Edge::From0, false, TerrainGroup);
   PickListTile(s, TileListPath(s, PenTerrain(s), digits), tile);
 }
 
-void TilePattern(Session& s, int16_t x, int16_t y, int16_t& tile) {
+void TilePattern(MapView& s, int16_t x, int16_t y, int16_t& tile) {
   tile = -1;
   const RefData& ref = s.ref;
   const int T = PenTerrain(s);
@@ -135,7 +135,7 @@ void TilePattern(Session& s, int16_t x, int16_t y, int16_t& tile) {
   if (tile > ref.TileMax) tile = -1;
 }
 
-void CheckRivers(Session& s, int16_t x, int16_t y, int16_t& tile) {
+void CheckRivers(MapView& s, int16_t x, int16_t y, int16_t& tile) {
   tile = -1;
   const RefData& ref = s.ref;
   const RingOutline r = Outline(s, x, y, Edge::From0, [&](int nx, int ny) {
@@ -145,7 +145,7 @@ void CheckRivers(Session& s, int16_t x, int16_t y, int16_t& tile) {
   if (ref.RoadOf(tile) == 1) tile = -1;  // the river store never paints a bridge
 }
 
-void CheckRoads(Session& s, int16_t x, int16_t y, int16_t& tile) {
+void CheckRoads(MapView& s, int16_t x, int16_t y, int16_t& tile) {
   const Document& d = s.doc;
   const RefData& ref = s.ref;
   const int here = d.HexInfo(x, y, 0);
@@ -163,7 +163,7 @@ void CheckRoads(Session& s, int16_t x, int16_t y, int16_t& tile) {
                          [&](int16_t t) { return t >= 0 && t <= ref.TileMax && ref.TypeOf(t) == here; });
 }
 
-void CheckBridges(Session& s, int16_t x, int16_t y, int16_t& tile) {
+void CheckBridges(MapView& s, int16_t x, int16_t y, int16_t& tile) {
   tile = -1;
   const Document& d = s.doc;
   const RefData& ref = s.ref;
@@ -185,12 +185,12 @@ void CheckBridges(Session& s, int16_t x, int16_t y, int16_t& tile) {
 namespace {
 
 // Drops a pair past TileMax or with the new key.
-PairDrop DropOldOrSame(const Session& s, const std::string& key) {
+PairDrop DropOldOrSame(const MapView& s, const std::string& key) {
   return [&s, key](const std::string& k, const std::string& t) { return Val(t) > s.ref.TileMax || k == key; };
 }
 
 // As DropOldOrSame, and also a pair whose tile's terrain is not the hex's now.
-PairDrop DropOldSameOrForeign(const Session& s, const std::string& key, int hexTerrain) {
+PairDrop DropOldSameOrForeign(const MapView& s, const std::string& key, int hexTerrain) {
   return [&s, key, hexTerrain](const std::string& k, const std::string& t) {
     return Val(t) > s.ref.TileMax || k == key || s.ref.TypeOf(PatternTileValue(t)) != hexTerrain;
   };
@@ -198,7 +198,7 @@ PairDrop DropOldSameOrForeign(const Session& s, const std::string& key, int hexT
 
 }  // namespace
 
-Lesson NewRoadPattern(Session& s, int16_t x, int16_t y, int16_t tile) {
+Lesson NewRoadPattern(MapView& s, int16_t x, int16_t y, int16_t tile) {
   const Document& d = s.doc;
   const RefData& ref = s.ref;
   const bool riverPen = RiverFamily(PenTerrain(s));
@@ -217,7 +217,7 @@ Lesson NewRoadPattern(Session& s, int16_t x, int16_t y, int16_t tile) {
   return riverPen ? Lesson::Bridge : Lesson::Road;
 }
 
-Lesson NewPattern(Session& s, int16_t x, int16_t y, int16_t tile) {
+Lesson NewPattern(MapView& s, int16_t x, int16_t y, int16_t tile) {
   const int t = s.ref.TypeOf(tile);
   if (t == 1) return Lesson::None;  // open ground is never learned
   if (RiverFamily(t)) {
@@ -248,7 +248,7 @@ std::string LessonText(Lesson first, Lesson second, int16_t tile) {
   return "learned: " + what + " pattern for tile " + std::to_string(tile);
 }
 
-void NewBridgePattern(Session& s, int16_t x, int16_t y, int16_t tile) {
+void NewBridgePattern(MapView& s, int16_t x, int16_t y, int16_t tile) {
   const RefData& ref = s.ref;
   const RingOutline r = Outline(s, x, y, Edge::From1, [&](int nx, int ny) {
     const int16_t nt = s.doc.HexTile(nx, ny);
@@ -259,7 +259,7 @@ void NewBridgePattern(Session& s, int16_t x, int16_t y, int16_t tile) {
                    DropOldSameOrForeign(s, key, s.doc.HexInfo(x, y, 0)));
 }
 
-void NewRiverPattern(Session& s, int16_t x, int16_t y, int16_t tile) {
+void NewRiverPattern(MapView& s, int16_t x, int16_t y, int16_t tile) {
   const RefData& ref = s.ref;
   const RingOutline r = Outline(s, x, y, Edge::From1, [&](int nx, int ny) {
     return RiverFamily(ref.TypeOf(s.doc.HexTile(nx, ny)));
@@ -269,7 +269,7 @@ void NewRiverPattern(Session& s, int16_t x, int16_t y, int16_t tile) {
                    DropOldSameOrForeign(s, key, s.doc.HexInfo(x, y, 0)));
 }
 
-void SavePattern(Session& s, int16_t x, int16_t y, int16_t tile) {
+void SavePattern(MapView& s, int16_t x, int16_t y, int16_t tile) {
   const RefData& ref = s.ref;
   const int T = PenTerrain(s);
   const RingOutline r = Outline(s, x, y, Edge::From1, [&](int nx, int ny) {
@@ -284,7 +284,7 @@ void SavePattern(Session& s, int16_t x, int16_t y, int16_t tile) {
 
 // ---- Road sides --------------------------------------------------------------
 
-void ConnectRoads(Session& s, int16_t x, int16_t y) {
+void ConnectRoads(MapView& s, int16_t x, int16_t y) {
   Document& d = s.doc;
   const RefData& ref = s.ref;
   for (int k = 1; k <= 6; ++k) d.HexInfo(x, y, k) = 0;

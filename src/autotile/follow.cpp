@@ -6,8 +6,8 @@
 #include "autotile/engine.h"
 #include "autotile/stores.h"
 #include "platform/fileio.h"
-#include "session.h"
 #include "view/geometry.h"
+#include "view/mapview.h"
 
 namespace kv {
 
@@ -28,7 +28,7 @@ bool ListHolds(const std::string& path, int16_t tile) {
 }
 
 // Road sides from the tile's row of the road table; railroad sides stay.
-void RoadSidesFromTile(Session& s, int16_t x, int16_t y) {
+void RoadSidesFromTile(MapView& s, int16_t x, int16_t y) {
   Document& d = s.doc;
   const RefData& ref = s.ref;
   const int16_t tile = d.HexTile(x, y);
@@ -44,13 +44,13 @@ void RoadSidesFromTile(Session& s, int16_t x, int16_t y) {
 
 }  // namespace
 
-bool NeighboursFollowPaint(const Session& s) {
+bool NeighboursFollowPaint(const MapView& s) {
   const Pens& p = s.pens;
   return p.AutoNeighbours == -1 && p.AutoTile == -1 && p.CtlMode == 0 && p.SideEdit == 0 && p.ElevMode != -1 &&
          p.ClearSides != -1;
 }
 
-bool FollowHex(Session& s, int16_t x, int16_t y) {
+bool FollowHex(MapView& s, int16_t x, int16_t y) {
   Document& d = s.doc;
   const RefData& ref = s.ref;
   if (!d.OnMap(x, y)) return false;
@@ -75,7 +75,7 @@ bool FollowHex(Session& s, int16_t x, int16_t y) {
   return true;
 }
 
-std::vector<HexRef> FollowNeighbours(Session& s, int16_t x, int16_t y, const FollowSeen& chosen) {
+std::vector<HexRef> FollowNeighbours(MapView& s, int16_t x, int16_t y, const FollowSeen& chosen) {
   std::vector<HexRef> changed;
   auto note = [&](int16_t hx, int16_t hy) {
     const HexRef h{hx, hy};

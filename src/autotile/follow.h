@@ -12,7 +12,7 @@
 
 namespace kv {
 
-struct Session;
+struct MapView;
 
 struct HexRef {
   int16_t x = 0, y = 0;
@@ -26,7 +26,7 @@ struct HexRef {
 // outline did not change keeps its variant. A result is taken only when it is
 // of the hex's own terrain; a road hex's road sides follow its new tile
 // (railroad sides stay). The pen is left as it was. True when the tile changed.
-bool FollowHex(Session& s, int16_t x, int16_t y);
+bool FollowHex(MapView& s, int16_t x, int16_t y);
 
 // After a paint of (x, y): the six neighbours on the map follow, then (x, y)
 // itself, again until nothing changes (three rounds at most). Returns the
@@ -34,10 +34,10 @@ bool FollowHex(Session& s, int16_t x, int16_t y);
 // each hex has been chosen again, and answers true when it changed the hex
 // itself (the data generator's teacher does).
 using FollowSeen = std::function<bool(int16_t x, int16_t y)>;
-std::vector<HexRef> FollowNeighbours(Session& s, int16_t x, int16_t y, const FollowSeen& chosen = {});
+std::vector<HexRef> FollowNeighbours(MapView& s, int16_t x, int16_t y, const FollowSeen& chosen = {});
 
 // Whether a paint of (x, y) just now is one that the neighbours follow: tile
 // painting with auto-tile on and the comfort switched on.
-bool NeighboursFollowPaint(const Session& s);
+bool NeighboursFollowPaint(const MapView& s);
 
 }  // namespace kv

@@ -10,8 +10,8 @@
 #include "document/document_ops.h"
 #include "document/mapfile.h"
 #include "platform/ui.h"
-#include "session.h"
 #include "view/geometry.h"
+#include "view/mapview.h"
 #include "view/render_api.h"
 #include "view/transform.h"
 
@@ -28,7 +28,7 @@ int FirstTileOf(const RefData& ref, int t, int road = -1) {
 
 // The frame of the four redraw passes around `work`.
 template <class Work>
-void RedrawPass(Session& s, bool snapshot, Work work) {
+void RedrawPass(MapView& s, bool snapshot, Work work) {
   const PassArea a = DefaultPassArea(s);
   if (snapshot) WriteSnapshot(s);
   s.SetPointer(vbHourglass);
@@ -45,7 +45,7 @@ bool RiverFamily(int t) { return t == 2 || t == 11 || t == 12; }
 
 }  // namespace
 
-PassArea DefaultPassArea(const Session& s) {
+PassArea DefaultPassArea(const MapView& s) {
   PassArea a;
   const Document& d = s.doc;
   if (s.pens.DefaultAreaAll == -1) {
@@ -64,7 +64,7 @@ PassArea DefaultPassArea(const Session& s) {
   return a;
 }
 
-void autoredrawroads_Click(Session& s) {
+void autoredrawroads_Click(MapView& s) {
   RedrawPass(s, s.pens.DefaultAreaAll == -1, [&](const PassArea& a) {
     Document& d = s.doc;
     for (int x = a.x1; x <= a.x2; ++x)
@@ -78,7 +78,7 @@ void autoredrawroads_Click(Session& s) {
   });
 }
 
-void autoredrawterrain_Click(Session& s) {
+void autoredrawterrain_Click(MapView& s) {
   RedrawPass(s, true, [&](const PassArea& a) {
     Document& d = s.doc;
     for (int x = a.x1; x <= a.x2; ++x) {
@@ -96,7 +96,7 @@ void autoredrawterrain_Click(Session& s) {
   });
 }
 
-void mAutoForest_Click(Session& s) {
+void mAutoForest_Click(MapView& s) {
   RedrawPass(s, false, [&](const PassArea& a) {
     if (const int f = FirstTileOf(s.ref, 8); f >= 0) s.pens.CurTile = static_cast<int16_t>(f);
     Document& d = s.doc;
@@ -110,7 +110,7 @@ void mAutoForest_Click(Session& s) {
   });
 }
 
-void mAutoMoutains_Click(Session& s) {
+void mAutoMoutains_Click(MapView& s) {
   static constexpr int16_t kFirst[6] = {104, 115, 90, 75, 76, 94};    // around tile 86, sides 1..6
   static constexpr int16_t kSecond[6] = {192, 104, 86, 76, 78, 105};  // around tile 94
   RedrawPass(s, false, [&](const PassArea& a) {
@@ -133,13 +133,13 @@ void mAutoMoutains_Click(Session& s) {
 
 // ---- Whole-map repairs ---------------------------------------------------------
 
-int HexHasSides(const Session& s, int16_t x, int16_t y) {
+int HexHasSides(const MapState& s, int16_t x, int16_t y) {
   for (int k = 1; k <= 6; ++k)
     if (const int v = s.doc.HexInfo(x, y, k); v != 0) return v;
   return 0;
 }
 
-void NewTile(Session& s, int16_t x, int16_t y) {
+void NewTile(MapView& s, int16_t x, int16_t y) {
   Document& d = s.doc;
   const RefData& ref = s.ref;
   const int t = d.HexInfo(x, y, 0);
@@ -155,7 +155,7 @@ void NewTile(Session& s, int16_t x, int16_t y) {
   }
 }
 
-void UpdateTiles(Session& s) {
+void UpdateTiles(MapView& s) {
   Document& d = s.doc;
   const RefData& ref = s.ref;
   for (int x = 0; x <= d.MapMaxX; ++x)
@@ -168,18 +168,18 @@ void UpdateTiles(Session& s) {
   RedrawBuffers(s);
 }
 
-void mMapRebuild_Click(Session& s) {
+void mMapRebuild_Click(MapView& s) {
   WriteSnapshot(s);
   UpdateTiles(s);
 }
 
-void mRedoTerrain_Click(Session& s) {
+void mRedoTerrain_Click(MapView& s) {
   WriteSnapshot(s);
   RetypeHexes(s);
   s.MapEdited();
 }
 
-void doroads_Click(Session& s) {
+void doroads_Click(MapView& s) {
   WriteSnapshot(s);
   Document& d = s.doc;
   for (int x = 0; x <= d.MapMaxX; ++x)
@@ -198,7 +198,7 @@ void doroads_Click(Session& s) {
 
 // ---- Memorise passes -----------------------------------------------------------
 
-void MemorizeRoads_Click(Session& s) {
+void MemorizeRoads_Click(MapView& s) {
   Document& d = s.doc;
   ResetStoreProblem(s);
   const StoreBatch batch(s);
@@ -214,7 +214,7 @@ void MemorizeRoads_Click(Session& s) {
   }
 }
 
-void MemoriseRivers_Click(Session& s) {
+void MemoriseRivers_Click(MapView& s) {
   Document& d = s.doc;
   s.SetPointer(vbHourglass);
   ResetStoreProblem(s);
@@ -227,7 +227,7 @@ void MemoriseRivers_Click(Session& s) {
   s.SetPointer(vbArrow);
 }
 
-void mMountains_Click(Session& s) {
+void mMountains_Click(MapView& s) {
   Document& d = s.doc;
   s.SetPointer(vbHourglass);
   ResetStoreProblem(s);
@@ -245,7 +245,7 @@ void mMountains_Click(Session& s) {
   s.SetPointer(vbArrow);
 }
 
-void LearnVisibleForests(Session& s) {
+void LearnVisibleForests(MapView& s) {
   Document& d = s.doc;
   s.SetPointer(vbHourglass);
   ResetStoreProblem(s);
@@ -262,7 +262,7 @@ void LearnVisibleForests(Session& s) {
 
 // ---- Scattered woods -----------------------------------------------------------
 
-void ScatterWoods(Session& s) {
+void ScatterWoods(MapView& s) {
   Document& d = s.doc;
   const RefData& ref = s.ref;
   if (const int f = FirstTileOf(ref, 8); f >= 0) s.pens.CurTile = static_cast<int16_t>(f);
@@ -282,7 +282,7 @@ void ScatterWoods(Session& s) {
   s.MapEdited();
 }
 
-void mRndWoods_Click(Session& s) {
+void mRndWoods_Click(MapView& s) {
   ResetStoreProblem(s);
   ScatterWoods(s);
   RedrawBuffers(s);

@@ -5,17 +5,17 @@
 #include <vector>
 
 #include "platform/fileio.h"
-#include "session.h"
+#include "view/mapview.h"
 
 namespace kv {
 
-std::string RndTablePath(const Session& s, int terrain) {
+std::string RndTablePath(const MapState& s, int terrain) {
   char name[32];
   std::snprintf(name, sizeof name, "mapedit/%03d.rnd", terrain);
   return s.App(name);
 }
 
-void BuildRndTables(Session& s) {
+void BuildRndTables(MapState& s) {
   std::vector<uint8_t> flags;
   ReadFileBytes(s.App("mapedit/randomtile.dat"), flags, nullptr);  // missing: nothing included
   const RefData& ref = s.ref;
@@ -38,7 +38,7 @@ void BuildRndTables(Session& s) {
   }
 }
 
-void randomtile(Session& s) {
+void randomtile(MapView& s) {
   const std::string path = RndTablePath(s, s.ref.TypeOf(s.pens.CurTile));
   FILE* f = std::fopen(path.c_str(), "rb");
   if (!f) return;

@@ -6,13 +6,14 @@
 
 namespace kv {
 
-struct Session;
+struct MapState;
+struct MapView;
 
 // "mapedit/NNN.rnd" for terrain t.
-std::string RndTablePath(const Session& s, int terrain);
+std::string RndTablePath(const MapState& s, int terrain);
 // Rebuilds every .rnd table from "mapedit/randomtile.dat".
-void BuildRndTables(Session& s);
+void BuildRndTables(MapState& s);
 // Replaces CurTile by a random tile of the same terrain, by direct record access.
-void randomtile(Session& s);
+void randomtile(MapView& s);
 
 }  // namespace kv

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "autotile/stores.h"
+#include "document/mapstate.h"
 #include "platform/fileio.h"
-#include "session.h"
 
 namespace fs = std::filesystem;
 
@@ -36,7 +36,7 @@ std::vector<std::string> StoreFiles(const fs::path& mapedit) {
 
 }  // namespace
 
-bool ResetLearnedStores(Session& s, const std::string& starter, std::string* err) {
+bool ResetLearnedStores(MapState& s, const std::string& starter, std::string* err) {
   std::error_code ec;
   const fs::path from = fs::path(starter) / "mapedit", to = fs::path(s.App("mapedit"));
   if (fs::equivalent(from, to, ec)) {

@@ -7,7 +7,7 @@
 
 namespace kv {
 
-struct Session;
+struct MapState;
 
 // Removes every pattern file of the four stores ("roadpatterns",
 // "bridgepatterns", "riverpatterns", "tilepNN") under the session's
@@ -15,6 +15,6 @@ struct Session;
 // The tile lists, tile marks and random tables stay. False, with the reason,
 // when `starter` has no stores or is the session's own folder, or a file
 // cannot be written; the files already written stay written.
-bool ResetLearnedStores(Session& s, const std::string& starter, std::string* err);
+bool ResetLearnedStores(MapState& s, const std::string& starter, std::string* err);
 
 }  // namespace kv

@@ -9,11 +9,11 @@
 #include <unordered_set>
 #include <vector>
 
+#include "document/mapstate.h"
 #include "platform/bytes.h"
 #include "platform/filestamp.h"
 #include "platform/fileio.h"
 #include "platform/textfields.h"
-#include "session.h"
 #include "view/geometry.h"
 
 namespace kv {
@@ -56,7 +56,7 @@ struct PatternStoreState {
 
 namespace {
 
-PatternStoreState& State(Session& s) {
+PatternStoreState& State(MapState& s) {
   if (!s.patternStores) s.patternStores = std::make_shared<PatternStoreState>();
   return *s.patternStores;
 }
@@ -86,7 +86,7 @@ bool WriteWhole(const std::string& path, std::string_view bytes) {
   return w.commit();
 }
 
-std::string StoreFolderOf(const Session& s) { return s.App("mapedit"); }
+std::string StoreFolderOf(const MapState& s) { return s.App("mapedit"); }
 
 }  // namespace
 
@@ -109,7 +109,7 @@ int32_t TileListCount(uint64_t len) { return static_cast<int32_t>(std::min<uint6
 namespace {
 
 // r = Int(n * Rnd + 1), in single precision as the generator gives it.
-int32_t DrawRecord(Session& s, int32_t n) {
+int32_t DrawRecord(MapState& s, int32_t n) {
   const float v = static_cast<float>(n) * s.Rnd() + 1.0f;
   return std::clamp(static_cast<int32_t>(std::floor(v)), 1, std::max(n, 1));
 }
@@ -181,11 +181,11 @@ std::string TerrainNN(int terrain) {
   return std::to_string(terrain);
 }
 
-std::string TileListPath(const Session& s, int terrain, const std::string& digits) {
+std::string TileListPath(const MapState& s, int terrain, const std::string& digits) {
   return s.App("mapedit/t" + TerrainNN(terrain) + "/" + digits + ".txt");
 }
 
-void EnsureFolder(Session& s, const std::string& folder) {
+void EnsureFolder(MapState& s, const std::string& folder) {
   PatternStoreState& st = State(s);
   if (st.cacheOn && st.folders.count(folder)) return;
   std::string dir = folder;
@@ -234,7 +234,7 @@ void ScanPatternPairs(std::span<const uint8_t> text,
   }
 }
 
-int16_t FindPatternTile(Session& s, const std::string& path, const std::string& key, bool create,
+int16_t FindPatternTile(MapState& s, const std::string& path, const std::string& key, bool create,
                         const TileTest& accept) {
   PatternStoreState& st = State(s);
   FileStamp stamp;
@@ -309,7 +309,7 @@ std::string UpdatedPatternText(std::span<const uint8_t> bytes, const std::string
 
 // A lesson within a batch: the text is changed in memory, from the file as
 // the batch last left it (or as it stands on disk, or its seed when missing).
-void StorePatternPairInBatch(Session& s, PatternStoreState& st, const std::string& path, const std::string& key,
+void StorePatternPairInBatch(MapState& s, PatternStoreState& st, const std::string& path, const std::string& key,
                              int16_t tile, PatternSeed seed, const PairDrop& drop) {
   auto it = st.pending.find(path);
   if (it == st.pending.end()) {
@@ -331,7 +331,7 @@ void StorePatternPairInBatch(Session& s, PatternStoreState& st, const std::strin
 
 }  // namespace
 
-StoreBatch::StoreBatch(Session& s) : s_(s) { ++State(s).batchDepth; }
+StoreBatch::StoreBatch(MapState& s) : s_(s) { ++State(s).batchDepth; }
 
 StoreBatch::~StoreBatch() {
   PatternStoreState& st = State(s_);
@@ -353,7 +353,7 @@ StoreBatch::~StoreBatch() {
   if (ok && any) st.problemReported = false;
 }
 
-void StorePatternPair(Session& s, const std::string& path, const std::string& key, int16_t tile,
+void StorePatternPair(MapState& s, const std::string& path, const std::string& key, int16_t tile,
                       PatternSeed seed, const PairDrop& drop) {
   PatternStoreState& st = State(s);
   st.Forget(path);
@@ -393,7 +393,7 @@ void StorePatternPair(Session& s, const std::string& path, const std::string& ke
 
 // ---- Tile lists -------------------------------------------------------------
 
-ListPick PickListTile(Session& s, const std::string& path, int16_t& tile, const TileTest& check) {
+ListPick PickListTile(MapState& s, const std::string& path, int16_t& tile, const TileTest& check) {
   PatternStoreState& st = State(s);
   FileStamp stamp;
   std::shared_ptr<const PatternStoreState::List> list;
@@ -420,12 +420,12 @@ ListPick PickListTile(Session& s, const std::string& path, int16_t& tile, const 
   return ListPick::Picked;
 }
 
-void DeleteStoreFile(Session& s, const std::string& path) {
+void DeleteStoreFile(MapState& s, const std::string& path) {
   State(s).Forget(path);
   RemoveFile(path);
 }
 
-bool WriteStoreFile(Session& s, const std::string& path, std::string_view bytes) {
+bool WriteStoreFile(MapState& s, const std::string& path, std::string_view bytes) {
   State(s).Forget(path);
   if (WriteWhole(path, bytes)) return true;
   RemoveFile(path);
@@ -435,7 +435,7 @@ bool WriteStoreFile(Session& s, const std::string& path, std::string_view bytes)
 
 // ---- One-byte-a-tile files --------------------------------------------------
 
-void ReadTileBytes(Session&, const std::string& path, int64_t offset, uint8_t* out, size_t n) {
+void ReadTileBytes(MapState&, const std::string& path, int64_t offset, uint8_t* out, size_t n) {
   std::fill(out, out + n, uint8_t{0});
   if (offset < 0) return;
   FILE* f = std::fopen(path.c_str(), "rb");
@@ -447,13 +447,13 @@ void ReadTileBytes(Session&, const std::string& path, int64_t offset, uint8_t* o
   std::fclose(f);
 }
 
-uint8_t ReadTileByte(Session& s, const std::string& path, int64_t offset) {
+uint8_t ReadTileByte(MapState& s, const std::string& path, int64_t offset) {
   uint8_t b = 0;
   ReadTileBytes(s, path, offset, &b, 1);
   return b;
 }
 
-bool WriteTileBytes(Session& s, const std::string& path, int64_t offset, const uint8_t* data, size_t n) {
+bool WriteTileBytes(MapState& s, const std::string& path, int64_t offset, const uint8_t* data, size_t n) {
   if (offset < 0) return false;
   FILE* f = std::fopen(path.c_str(), "r+b");
   if (!f) f = std::fopen(path.c_str(), "w+b");
@@ -473,7 +473,7 @@ bool WriteTileBytes(Session& s, const std::string& path, int64_t offset, const u
 
 // ---- Store health and the cache ---------------------------------------------
 
-void ReportStoreProblem(Session& s, const std::string& path) {
+void ReportStoreProblem(MapState& s, const std::string& path) {
   PatternStoreState& st = State(s);
   if (st.problemReported) return;
   st.problemReported = true;
@@ -482,10 +482,10 @@ void ReportStoreProblem(Session& s, const std::string& path) {
            0);
 }
 
-void ResetStoreProblem(Session& s) { State(s).problemReported = false; }
-bool StoreProblemReported(Session& s) { return State(s).problemReported; }
+void ResetStoreProblem(MapState& s) { State(s).problemReported = false; }
+bool StoreProblemReported(MapState& s) { return State(s).problemReported; }
 
-void SetStoreCache(Session& s, bool on) {
+void SetStoreCache(MapState& s, bool on) {
   PatternStoreState& st = State(s);
   st.cacheOn = on;
   if (!on) {
@@ -494,6 +494,6 @@ void SetStoreCache(Session& s, bool on) {
   }
 }
 
-uint64_t StoreCacheHits(Session& s) { return State(s).hits; }
+uint64_t StoreCacheHits(MapState& s) { return State(s).hits; }
 
 }  // namespace kv

@@ -20,7 +20,7 @@
 
 namespace kv {
 
-struct Session;
+struct MapState;
 
 // ---- The neighbour ring -----------------------------------------------------
 
@@ -49,10 +49,10 @@ std::string SideDigits(const std::array<bool, 6>& match);
 // Terrain code with at least two digits ("08", "14", "123").
 std::string TerrainNN(int terrain);
 // "mapedit/tNN/<digits>.txt".
-std::string TileListPath(const Session& s, int terrain, const std::string& digits);
+std::string TileListPath(const MapState& s, int terrain, const std::string& digits);
 // Makes the folder when a search for it finds nothing. "mapedit/" itself is
 // never made: without it the stores report their folder as unusable.
-void EnsureFolder(Session& s, const std::string& folder);
+void EnsureFolder(MapState& s, const std::string& folder);
 
 // ---- Pattern files ----------------------------------------------------------
 
@@ -78,7 +78,7 @@ using TileTest = std::function<bool(int16_t tile)>;
 // The tile of the first pair from the top whose key equals `key` and whose
 // tile passes `accept` (when given); -1 when none does. A missing file gives
 // -1, and is first created holding the quoted sentinel when `create` is set.
-int16_t FindPatternTile(Session& s, const std::string& path, const std::string& key, bool create,
+int16_t FindPatternTile(MapState& s, const std::string& path, const std::string& key, bool create,
                         const TileTest& accept = {});
 
 // Rewrites the file through "mapedit/temp.txt": every old pair for which
@@ -86,7 +86,7 @@ int16_t FindPatternTile(Session& s, const std::string& path, const std::string& 
 // are written, so a new or changed pair always ends up last. A missing file
 // is first created in the given seed form.
 using PairDrop = std::function<bool(const std::string& key, const std::string& tileText)>;
-void StorePatternPair(Session& s, const std::string& path, const std::string& key, int16_t tile,
+void StorePatternPair(MapState& s, const std::string& path, const std::string& key, int16_t tile,
                       PatternSeed seed, const PairDrop& drop);
 
 // For its lifetime, StorePatternPair changes the files' texts in memory and
@@ -96,13 +96,13 @@ void StorePatternPair(Session& s, const std::string& path, const std::string& ke
 // up inside a batch (the memorise passes only learn). Batches nest.
 class StoreBatch {
  public:
-  explicit StoreBatch(Session& s);
+  explicit StoreBatch(MapState& s);
   ~StoreBatch();
   StoreBatch(const StoreBatch&) = delete;
   StoreBatch& operator=(const StoreBatch&) = delete;
 
  private:
-  Session& s_;
+  MapState& s_;
 };
 
 // ---- Tile lists -------------------------------------------------------------
@@ -119,37 +119,37 @@ int32_t TileListCount(uint64_t len);
 // missing file leaves `tile` alone. `check`, when given, sees every record
 // read, in order; the first it refuses stops the draw with Rejected (the file
 // is left for the caller to deal with) and `tile` untouched.
-ListPick PickListTile(Session& s, const std::string& path, int16_t& tile, const TileTest& check = {});
+ListPick PickListTile(MapState& s, const std::string& path, int16_t& tile, const TileTest& check = {});
 
 // Deletes a store file (a stale list) and forgets it.
-void DeleteStoreFile(Session& s, const std::string& path);
+void DeleteStoreFile(MapState& s, const std::string& path);
 // Writes a whole store file (a rebuilt list) and forgets what was parsed of
 // it. False (after the store message) when it cannot be written.
-bool WriteStoreFile(Session& s, const std::string& path, std::string_view bytes);
+bool WriteStoreFile(MapState& s, const std::string& path, std::string_view bytes);
 
 // ---- One-byte-a-tile files ("patterns.dat", "ptiles.dat", "randomtile.dat") --
 
 // Reads n bytes from the 0-based offset; bytes past the end (or of a missing
 // file) read as 0.
-void ReadTileBytes(Session& s, const std::string& path, int64_t offset, uint8_t* out, size_t n);
-uint8_t ReadTileByte(Session& s, const std::string& path, int64_t offset);
+void ReadTileBytes(MapState& s, const std::string& path, int64_t offset, uint8_t* out, size_t n);
+uint8_t ReadTileByte(MapState& s, const std::string& path, int64_t offset);
 // Writes bytes at the offset, extending the file (with zeros) when it is
 // shorter, and making it when it is missing. False (after the store message)
 // when it cannot be written.
-bool WriteTileBytes(Session& s, const std::string& path, int64_t offset, const uint8_t* data, size_t n);
+bool WriteTileBytes(MapState& s, const std::string& path, int64_t offset, const uint8_t* data, size_t n);
 
 // ---- Store health and the cache ---------------------------------------------
 
 // Shows, once, that the store folder cannot be read or written. Silent again
 // until the stores work or a new pass begins (ResetStoreProblem).
-void ReportStoreProblem(Session& s, const std::string& path);
-void ResetStoreProblem(Session& s);
-bool StoreProblemReported(Session& s);
+void ReportStoreProblem(MapState& s, const std::string& path);
+void ResetStoreProblem(MapState& s);
+bool StoreProblemReported(MapState& s);
 
 // Turns the cache of parsed files on or off (on by default); off reads every
 // file at every lookup.
-void SetStoreCache(Session& s, bool on);
+void SetStoreCache(MapState& s, bool on);
 // Number of lookups served without reading the file, since the session began.
-uint64_t StoreCacheHits(Session& s);
+uint64_t StoreCacheHits(MapState& s);
 
 }  // namespace kv

@@ -20,7 +20,7 @@ bool Report(Session& s, bool ok, const std::string& err) {
 
 }  // namespace
 
-void JumpWindowSize(const Session& s, int vbarW, int hbarH, int& w, int& h) {
+void JumpWindowSize(const MapView& s, int vbarW, int hbarH, int& w, int& h) {
   w = 600;
   h = 600;
   const int screenW = s.view.ScreenW, screenH = s.view.ScreenH;
@@ -62,7 +62,7 @@ void JumpWindowActivate(Session& s, int scaleW, int scaleH, bool hVisible, bool 
   DrawJumpBox(s);
 }
 
-std::vector<std::string> JumpCountryList(const Session& s) {
+std::vector<std::string> JumpCountryList(const MapState& s) {
   std::vector<std::string> out;
   for (int i = 1; i <= s.ref.NationCount; ++i) out.push_back(s.ref.NationName[i]);
   return out;

@@ -10,11 +10,13 @@
 
 namespace kv {
 
+struct MapState;
+struct MapView;
 struct Session;
 
 // The window's size at load: 600 x 600, grown to fit a small map's dot
 // picture and its bars, never beyond the screen.
-void JumpWindowSize(const Session& s, int vbarW, int hbarH, int& w, int& h);
+void JumpWindowSize(const MapView& s, int vbarW, int hbarH, int& w, int& h);
 
 struct JumpWindowLayout {
   Rect Picture1, VScroll1, HScroll1;
@@ -30,7 +32,7 @@ void JumpScrollRanges(Session& s, int frameW, int frameH, bool afterResize);
 void JumpWindowActivate(Session& s, int scaleW, int scaleH, bool hVisible, bool vVisible);
 
 // The country list: the nations in the order of the set's list file.
-std::vector<std::string> JumpCountryList(const Session& s);
+std::vector<std::string> JumpCountryList(const MapState& s);
 // showcountry: the list comes up for a choice.
 void JumpShowCountry(Session& s);
 // A click on the list's entry: the objectives of the first nation of that

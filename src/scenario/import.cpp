@@ -60,7 +60,7 @@ void ReplaceDocument(Session& s, Document&& m) {
 
 }  // namespace
 
-void ReportIfMissing(Session& s, const std::string& path) {
+void ReportIfMissing(MapState& s, const std::string& path) {
   if (!FileExists(path)) s.MsgBox(path + " not found.");
 }
 

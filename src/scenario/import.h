@@ -6,11 +6,12 @@
 
 namespace kv {
 
+struct MapState;
 struct Session;
 
 // Shows "<path> not found." when no file of that name exists; the caller
 // goes on either way.
-void ReportIfMissing(Session& s, const std::string& path);
+void ReportIfMissing(MapState& s, const std::string& path);
 
 // Imports the set at SetPath, with the scenario "game0NN.scn" from DlgDir and
 // "data/panzequp.eqp" from the program folder. Everything is read into a
