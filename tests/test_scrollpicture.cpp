@@ -144,6 +144,29 @@ TEST(ScrollPicture, RandomStepsAtSeveralSizesEqualAFullRedraw) {
   }
 }
 
+TEST(ScrollPicture, AFullRedrawRefreshesTheContoursOfItsRangeOnly) {
+  // The contour codes go into the map file: a full redraw refreshes those of
+  // the columns from one left of the view to one right of its last, and the
+  // rows from two above to one below, and no others.
+  for (int start : {0, 1, 4}) {
+    SCOPED_TRACE(start);
+    RenderSession r(30, 24);
+    MakeBusy(r);
+    Session& s = r.s;
+    r.SetView(9, 7, start, start);
+    Document& d = s.doc;
+    for (int x = 0; x <= d.MapMaxX; ++x)
+      for (int y = 0; y <= d.MapMaxY; ++y) d.HexContour(x, y) = 200;
+    RedrawBuffers(s);
+    const ViewState& v = s.view;
+    for (int x = 0; x <= d.MapMaxX; ++x)
+      for (int y = 0; y <= d.MapMaxY; ++y) {
+        const bool inRange = x >= v.ViewX - 1 && x <= v.ViewX + 9 + 1 && y >= v.ViewY - 2 && y <= v.ViewY + 7 + 1;
+        ASSERT_EQ(d.HexContour(x, y) != 200, inRange) << "hex " << x << "," << y;
+      }
+  }
+}
+
 TEST(ScrollPicture, RecomposingARectangleTouchesNothingOutsideIt) {
   for (int zoom : {100, 50, 150}) {
     SCOPED_TRACE(zoom);

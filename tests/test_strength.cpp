@@ -169,14 +169,21 @@ TEST(Strength, AnObjectivesBigFlagIsCopiedFromTheTopOfItsStrip) {
   }
 }
 
-TEST(Strength, MapInfoCountsObjectivesInTheRightNumber) {
-  auto tableLine = [](int version, int count) {
+TEST(Strength, MapInfoGivesTheHighestIndexesAndCountsObjectivesInTheRightNumber) {
+  auto lineOf = [](const MapInfo& i, const std::string& key) {
+    const std::string s = FormatMapInfo(i);
+    const size_t at = s.find(key);
+    return at == std::string::npos ? std::string() : s.substr(at + 18, s.find('\n', at) - at - 18);
+  };
+  MapInfo size;
+  size.width = 7;
+  size.height = 5;
+  EXPECT_EQ(lineOf(size, "Size:"), "7 x 5 hexes (MapMaxX 6, MapMaxY 4)");
+  auto tableLine = [&](int version, int count) {
     MapInfo i;
     i.version = version;
     i.objCount = count;
-    const std::string s = FormatMapInfo(i);
-    const size_t at = s.find("Objective table:  ");
-    return at == std::string::npos ? std::string() : s.substr(at + 18, s.find('\n', at) - at - 18);
+    return lineOf(i, "Objective table:");
   };
   EXPECT_EQ(tableLine(545, 1), "1 objective");
   EXPECT_EQ(tableLine(545, 0), "0 objectives");
