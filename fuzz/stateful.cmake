@@ -17,4 +17,8 @@ if(KV_BUILD_TESTS)
            COMMAND kv_statefuzz --seed 1 --steps ${KV_STATEFUZZ_STEPS} --restart 100 --step-limit 60
                    --work ${CMAKE_BINARY_DIR}/statefuzz)
   set_tests_properties(StateFuzz.SeededRun PROPERTIES TIMEOUT 150 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+  add_test(NAME StateFuzz.StaysInItsWorkFolder
+           COMMAND ${CMAKE_COMMAND} -DFUZZER=$<TARGET_FILE:kv_statefuzz> -DSCRATCH=${CMAKE_BINARY_DIR}/statefuzz-cwd
+                   -P ${CMAKE_SOURCE_DIR}/fuzz/stays_in_work.cmake)
+  set_tests_properties(StateFuzz.StaysInItsWorkFolder PROPERTIES TIMEOUT 60 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
 endif()

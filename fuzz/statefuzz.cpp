@@ -173,17 +173,22 @@ long RssMb() {
 
 }  // namespace
 
-Editor::Editor(const std::string& data, const std::string& work) : work_(work) {
+Editor::Editor(const std::string& data, const std::string& work) : work_(fs::absolute(work).string()) {
   EnsureApplication();
-  app_ = work + "/app";
-  maps_ = work + "/maps";
-  pics_ = work + "/pics";
+  app_ = work_ + "/app";
+  maps_ = work_ + "/maps";
+  pics_ = work_ + "/pics";
   std::error_code ec;
-  fs::remove_all(work, ec);
+  fs::remove_all(work_, ec);
   fs::create_directories(maps_);
   fs::create_directories(pics_);
   fs::copy(data, app_, fs::copy_options::recursive, ec);
   if (ec) std::fprintf(stderr, "kv_statefuzz: cannot copy %s: %s\n", data.c_str(), ec.message().c_str());
+  // A name without a folder (a save with the folder box emptied, a picture
+  // named "bmp") lands in the current folder, as it should; the run's current
+  // folder is its own work folder, so that nothing lands where it was started.
+  fs::current_path(work_, ec);
+  if (ec) std::fprintf(stderr, "kv_statefuzz: cannot enter %s: %s\n", work_.c_str(), ec.message().c_str());
   // Pictures of the shapes that have hurt: one pixel, a strip either way, a
   // gradient with many colours, a picture with an "x" before ".bmp".
   auto pic = [&](const char* name, int w, int h, bool gradient) {

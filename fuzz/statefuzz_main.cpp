@@ -101,6 +101,10 @@ int main(int argc, char** argv) {
   // driver's own report goes to standard error.
   if (!std::freopen("/dev/null", "w", stdout)) return 70;
   std::filesystem::create_directories(work);
+  // The editor runs with its work folder as the current folder.
+  work = std::filesystem::absolute(work).string();
+  data = std::filesystem::absolute(data).string();
+  if (!replay.empty()) replay = std::filesystem::absolute(replay).string();
   g_log = work + "/current.txt";
   std::thread(Watchdog, stepLimit).detach();
   if (!replay.empty()) return Replay(data, work + "/editor", replay);

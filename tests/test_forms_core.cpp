@@ -404,4 +404,8 @@ TEST(JumpWindow, CountryListInFileOrderAndAClickFindsTheFirstOfTheName) {
   EXPECT_TRUE(JumpCountryClick(*e.s, 2));
   EXPECT_EQ(e.p().CurNation, 2);
   EXPECT_FALSE(e.s->jump.ListVisible);
+  // A nation without a name is still that nation, not the empty entry 0.
+  e.s->ref.NationName[1] = "";
+  JumpCountryClick(*e.s, 0);
+  EXPECT_EQ(e.p().CurNation, 1);
 }

@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "bitmaputil/bitmaputil.h"
+#include "document/mapinfo.h"
+#include "platform/filestamp.h"
 #include "jumpmap/jumpmap.h"
 #include "minisession.h"
 #include "pgfiles.h"
@@ -165,4 +167,38 @@ TEST(Strength, AnObjectivesBigFlagIsCopiedFromTheTopOfItsStrip) {
       for (int i = 0; i < 21; ++i)
         ASSERT_EQ(dst.GetPixel(fx + i, fy + j), b.FlagBigDC.GetPixel(21 + i, j)) << kind << ": " << i << "," << j;
   }
+}
+
+TEST(Strength, MapInfoCountsObjectivesInTheRightNumber) {
+  auto tableLine = [](int version, int count) {
+    MapInfo i;
+    i.version = version;
+    i.objCount = count;
+    const std::string s = FormatMapInfo(i);
+    const size_t at = s.find("Objective table:  ");
+    return at == std::string::npos ? std::string() : s.substr(at + 18, s.find('\n', at) - at - 18);
+  };
+  EXPECT_EQ(tableLine(545, 1), "1 objective");
+  EXPECT_EQ(tableLine(545, 0), "0 objectives");
+  EXPECT_EQ(tableLine(545, 2), "2 objectives");
+  EXPECT_EQ(tableLine(544, 2), "(not stored; rebuilt on load)");
+}
+
+TEST(Strength, AFileStampSettlesOnlyWellAfterItsLastWrite) {
+  // Two writes a few milliseconds apart can carry the same time: a stamp is
+  // trusted only once both of its times lie a tenth of a second behind.
+  const int64_t now = 50'000'000'000;
+  FileStamp st;
+  st.exists = true;
+  st.mtimeNs = st.ctimeNs = now - 20'000'000;  // 20 ms ago
+  EXPECT_FALSE(StampSettled(st, now));
+  st.mtimeNs = st.ctimeNs = now - 99'000'000;
+  EXPECT_FALSE(StampSettled(st, now));
+  st.mtimeNs = st.ctimeNs = now - 101'000'000;
+  EXPECT_TRUE(StampSettled(st, now));
+  st.ctimeNs = now - 5'000'000;  // the change time alone is recent
+  EXPECT_FALSE(StampSettled(st, now));
+  st.ctimeNs = now - 200'000'000;
+  st.mtimeNs = now - 5'000'000;
+  EXPECT_FALSE(StampSettled(st, now));
 }

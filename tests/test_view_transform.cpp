@@ -90,4 +90,22 @@ TEST(ViewTransform, HalfZoomShowsTwiceTheMapAndPointsOffTheMapClamp) {
   EXPECT_EQ(ViewTransform(ref, View(0, 0, 12, 8, 0)).Zoom(), 100);
 }
 
+TEST(ViewTransform, PointsBeyondTheIntegerRangeClampToTheirOwnSide) {
+  // A script can put the view or a point anywhere: at full size a point far
+  // beyond 32 bits stays on its own side of the map, the nearest edge.
+  RefData ref;
+  const ViewTransform t(ref, View(0, 0));
+  int32_t mx = 0, my = 0;
+  t.ViewToMap(-1e12, 1e12, mx, my);
+  EXPECT_EQ(mx, -2000000000);
+  EXPECT_EQ(my, 2000000000);
+  int16_t x = -1, y = -1;
+  t.HexAt(-1e12, -1e12, 20, 10, x, y);
+  EXPECT_EQ(x, 0);
+  EXPECT_EQ(y, 0);
+  t.HexAt(1e12, 1e12, 20, 10, x, y);
+  EXPECT_EQ(x, 20);
+  EXPECT_EQ(y, 10);
+}
+
 }  // namespace
