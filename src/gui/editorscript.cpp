@@ -44,6 +44,20 @@ QPoint ViewMiddle(Form1& f) {
 
 // The table, in alphabetical order of the names.
 const EditorName kNames[] = {
+    // Neighbours that follow: with auto-tile on, a painted hex's six
+    // neighbours are chosen again. Every script starts with it off.
+    {"AutoNeighbours", {},
+     [](Form1& f, const QString& v, QString* err) {
+       int n = 0;
+       if (!Int(v, &n, err)) return false;
+       if (n != 0 && n != -1) {
+         *err = QStringLiteral("-1 (on) or 0 (off), not %1").arg(n);
+         return false;
+       }
+       f.session().pens.AutoNeighbours = static_cast<int16_t>(n);
+       return true;
+     },
+     [](Form1& f) { return QString::number(f.session().pens.AutoNeighbours); }},
     {"Guard", {},
      [](Form1& f, const QString& v, QString* err) {
        long long n = 0;

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "gui/Form1.h"
-#include "gui/autotilescript.h"
 #include "gui/editorscript.h"
 #include "gui/keeper.h"
 #include "gui/qtui.h"
@@ -342,13 +341,6 @@ class Runner {
 
   void Assign(const QString& target, const QString& value) {
     const QStringList parts = Dotted(target);
-    if (IsEditor(parts) && !FindEditorName(parts[1])) {
-      QString err;
-      if (!AutoTileScriptSet(f_, parts[1], value, &err))
-        Fail(err.isEmpty() ? QStringLiteral("Editor has no %1").arg(parts[1]) : err);
-      Settle();
-      return;
-    }
     if (IsEditor(parts)) {
       const EditorName& row = EditorRow(parts[1]);
       if (!row.set) Fail(QStringLiteral("Editor.%1 cannot be set").arg(parts[1]));
@@ -381,12 +373,6 @@ class Runner {
 
   QString Value(const QString& item) {
     const QStringList parts = Dotted(item);
-    if (IsEditor(parts) && !FindEditorName(parts[1])) {
-      QString out;
-      if (!AutoTileScriptGet(f_, parts[1], &out))
-        Fail(QStringLiteral("Editor has no %1").arg(parts[1]));
-      return out;
-    }
     if (IsEditor(parts)) {
       const EditorName& row = EditorRow(parts[1]);
       if (!row.get) Fail(QStringLiteral("Editor.%1 has no value").arg(parts[1]));
