@@ -12,7 +12,7 @@
 
 namespace kv {
 
-std::string ClipboardPath(const Session& s) { return s.App("copybuff.dat"); }
+std::string ClipboardPath(const MapState& s) { return s.App("copybuff.dat"); }
 
 void mCopy_Click(Session& s) {
   const Document& d = s.doc;

@@ -8,10 +8,11 @@
 
 namespace kv {
 
+struct MapState;
 struct Session;
 struct Document;
 
-std::string ClipboardPath(const Session& s);
+std::string ClipboardPath(const MapState& s);
 // Writes the selection block's tiles to the clipboard file.
 void mCopy_Click(Session& s);
 // Pastes at the hex of the last click: the clipboard file when there is one,

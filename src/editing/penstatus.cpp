@@ -14,7 +14,7 @@ std::string NameOf(const std::vector<std::string>& names, int i) {
 
 }  // namespace
 
-PenStatus DescribePen(const Session& s) {
+PenStatus DescribePen(const MapView& s) {
   const Pens& p = s.pens;
   const RefData& r = s.ref;
   PenStatus out;

@@ -7,7 +7,7 @@
 
 namespace kv {
 
-struct Session;
+struct MapView;
 
 struct PenStatus {
   std::string tile;      // "Tile 17 (x11) Clear"
@@ -17,7 +17,7 @@ struct PenStatus {
   std::string elevation; // "Elevation pen off" / "Elevation pen 12"
 };
 
-PenStatus DescribePen(const Session& s);
+PenStatus DescribePen(const MapView& s);
 
 // "Zoom 50 %".
 std::string ZoomText(int percent);

@@ -44,7 +44,7 @@ int16_t SheetTileAt(const RefData& ref, double X, double Y) {
   return static_cast<int16_t>(row * kSheetColumns + col);
 }
 
-std::string TileCaption(const Session& s, int16_t n) {
+std::string TileCaption(const MapState& s, int16_t n) {
   char hex[16];
   std::snprintf(hex, sizeof hex, "%X", static_cast<unsigned>(static_cast<uint16_t>(n)));
   const uint8_t type = s.ref.TypeOf(n);

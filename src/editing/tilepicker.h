@@ -13,6 +13,7 @@
 
 namespace kv {
 
+struct MapState;
 struct Session;
 struct RefData;
 
@@ -23,7 +24,7 @@ constexpr int kSheetColumns = 16;
 // whole pixels first (halves to even).
 int16_t SheetTileAt(const RefData& ref, double X, double Y);
 // "Tiles F2 26(x1A) T" for tile n of terrain T.
-std::string TileCaption(const Session& s, int16_t n);
+std::string TileCaption(const MapState& s, int16_t n);
 
 // Picture2_MouseDown: either button takes the tile as the pen; the left one
 // also returns the editor to plain tile painting. True when the options menu
