@@ -1,14 +1,13 @@
 // Map analysis: land-mass numbering on a map shaped to force many merges,
 // beside the plain four sweeps (whole-map rescans) on smaller maps of the same shape;
 // AI tables for 50 objectives on a 300 x 300 map on one thread and on all.
-#include <benchmark/benchmark.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <filesystem>
-
 #include <random>
 #include <thread>
+#include <unistd.h>
+
+#include <benchmark/benchmark.h>
 
 #include "analysis/aitables.h"
 #include "analysis/landmass.h"
@@ -50,14 +49,19 @@ void BM_LandMassesPlainSweeps(benchmark::State& st) {
   }
   st.counters["hexes"] = static_cast<double>(m.t.size());
 }
-BENCHMARK(BM_LandMassesPlainSweeps)->Arg(60)->Arg(120)->Arg(250)->Arg(400)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_LandMassesPlainSweeps)
+    ->Arg(60)
+    ->Arg(120)
+    ->Arg(250)
+    ->Arg(400)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
 
 struct AIBench {
   std::string dir;
   Session s;
   AIBench()
-      : dir((std::filesystem::temp_directory_path() / ("kvbench-ai-" + std::to_string(::getpid()))).string()),
-        s(dir) {
+      : dir((std::filesystem::temp_directory_path() / ("kvbench-ai-" + std::to_string(::getpid()))).string()), s(dir) {
     std::filesystem::create_directories(dir);
     Document& d = s.doc;
     d.MapMaxX = 299;

@@ -1,14 +1,14 @@
 // "auto redraw Terrain" and "auto redraw Roads" over a 300 x 300 map with
 // stores learned from that map, each with the cache of parsed store files
 // and with every lookup reading its file, in one run.
-#include <benchmark/benchmark.h>
-#include <unistd.h>
-
 #include <chrono>
 #include <filesystem>
 #include <memory>
 #include <random>
 #include <thread>
+#include <unistd.h>
+
+#include <benchmark/benchmark.h>
 
 #include "autotile/engine.h"
 #include "autotile/passes.h"
@@ -77,7 +77,8 @@ struct World {
     for (int b = 0; b < 900; ++b) {
       const int cx = g() % 300, cy = g() % 300, rad = 1 + g() % 5, t = kinds[g() % 9];
       for (int x = std::max(0, cx - rad); x <= std::min(299, cx + rad); ++x)
-        for (int y = std::max(0, cy - rad); y <= std::min(299, cy + rad); ++y) terr[x * 300 + y] = static_cast<uint8_t>(t);
+        for (int y = std::max(0, cy - rad); y <= std::min(299, cy + rad); ++y)
+          terr[x * 300 + y] = static_cast<uint8_t>(t);
     }
     for (int k = 0; k < 12; ++k) {  // rivers wander down the map
       int x = g() % 300;

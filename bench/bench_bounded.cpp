@@ -2,13 +2,13 @@
 // takes, against a square map of as many hexes; and the memorise passes,
 // which write each pattern file once, against learning hex by hex with a
 // file written for every lesson.
-#include <benchmark/benchmark.h>
-#include <unistd.h>
-
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string>
+#include <unistd.h>
+
+#include <benchmark/benchmark.h>
 
 #include "autotile/engine.h"
 #include "autotile/passes.h"
@@ -85,7 +85,12 @@ void BM_NewMap(benchmark::State& st) {
   }
   st.counters["MB"] = static_cast<double>(rss);
 }
-BENCHMARK(BM_NewMap)->Name("New Map")->Args({1, 32767})->Args({32767, 1})->Args({255, 255})->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_NewMap)
+    ->Name("New Map")
+    ->Args({1, 32767})
+    ->Args({32767, 1})
+    ->Args({255, 255})
+    ->Unit(benchmark::kMillisecond);
 
 // The passes over a 60 x 60 map of one tile each, every hex a lesson.
 enum Pass { Roads, Rivers, Mountains, Forests };
@@ -115,8 +120,10 @@ void BM_Memorise(benchmark::State& st) {
   Session& s = *e.s;
   const auto pass = static_cast<Pass>(st.range(0));
   const bool plain = st.range(1) == 0;
-  const int tile = pass == Roads ? e.FirstTile(1, 1) : pass == Rivers ? e.FirstTile(2, 0)
-                 : pass == Mountains ? e.FirstTile(3, 0) : e.FirstTile(8, 0);
+  const int tile = pass == Roads       ? e.FirstTile(1, 1)
+                   : pass == Rivers    ? e.FirstTile(2, 0)
+                   : pass == Mountains ? e.FirstTile(3, 0)
+                                       : e.FirstTile(8, 0);
   e.Fill(59, 59, tile);
   s.pens.CurTile = static_cast<int16_t>(tile);
   s.view.ViewX = s.view.ViewY = 0;

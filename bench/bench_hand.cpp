@@ -4,12 +4,12 @@
 // jump map's update of one hex of a 1000 x 1000 map against drawing the whole
 // jump map (goal 1 ms and 1/100), and a stroke's hex with auto-tile on (goal
 // one frame a hex).
-#include <benchmark/benchmark.h>
-#include <unistd.h>
-
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <unistd.h>
+
+#include <benchmark/benchmark.h>
 
 #include "editing/editing.h"
 #include "jumpmap/jumpmap.h"

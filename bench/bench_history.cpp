@@ -1,8 +1,8 @@
 // The history on a 1000 x 1000 map: recording a one-hex action (time and
 // bytes kept), undo and redo of a whole-map pass, and the memory cap.
-#include <benchmark/benchmark.h>
-
 #include <random>
+
+#include <benchmark/benchmark.h>
 
 #include "editing/history.h"
 #include "session.h"

@@ -1,12 +1,12 @@
 // Load and save of a 1000 x 1000 map beside a raw read and write of the same
 // number of bytes, in one run.
-#include <benchmark/benchmark.h>
-#include <unistd.h>
-
 #include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <random>
+#include <unistd.h>
+
+#include <benchmark/benchmark.h>
 
 #include "document/mapfile.h"
 #include "platform/fileio.h"

@@ -10,11 +10,11 @@
 // Then the disk flush before the rename: a 50 x 50 hex section as BMP and
 // PNG, written whole under a temporary name and renamed, with and without
 // fsync (BM_PictureFile/format/sync).
-#include <benchmark/benchmark.h>
-#include <unistd.h>
-
 #include <filesystem>
 #include <memory>
+#include <unistd.h>
+
+#include <benchmark/benchmark.h>
 
 #include "document/mapfile.h"
 #include "editing/startup.h"

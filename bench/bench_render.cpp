@@ -2,11 +2,11 @@
 // railroads, outlines and contours on) beside a plain copy of the whole
 // buffer, in one run: a full RedrawBuffers should cost at most about 10 such
 // copies, a one-step scroll at most 2.
-#include <benchmark/benchmark.h>
-#include <unistd.h>
-
 #include <filesystem>
 #include <memory>
+#include <unistd.h>
+
+#include <benchmark/benchmark.h>
 
 #include "renderkit.h"
 #include "view/spritebank.h"
@@ -94,9 +94,8 @@ void BM_ScrollStep(benchmark::State& state) {
     benchmark::DoNotOptimize(s.sprites.BufDC.Pixels().data());
   }
   state.SetItemsProcessed(state.iterations() * 2);
-  state.counters["per_step_us"] =
-      benchmark::Counter(static_cast<double>(state.iterations()) * 2,
-                         benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+  state.counters["per_step_us"] = benchmark::Counter(static_cast<double>(state.iterations()) * 2,
+                                                     benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 BENCHMARK(BM_ScrollStep)->Unit(benchmark::kMicrosecond);
 
@@ -109,9 +108,8 @@ void BM_ScrollStepVertical(benchmark::State& state) {
     ScrollUp(s);
     benchmark::DoNotOptimize(s.sprites.BufDC.Pixels().data());
   }
-  state.counters["per_step_us"] =
-      benchmark::Counter(static_cast<double>(state.iterations()) * 2,
-                         benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+  state.counters["per_step_us"] = benchmark::Counter(static_cast<double>(state.iterations()) * 2,
+                                                     benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 BENCHMARK(BM_ScrollStepVertical)->Unit(benchmark::kMicrosecond);
 

@@ -33,17 +33,22 @@ Bytes Older(int mx, int my) {
     for (int k = 0; k < 7; ++k) b.push_back(static_cast<uint8_t>(k == 0 ? (i % 3 ? 5 : 1) : (i + k) % 2));
     put16(i * 13 % 300);
   }
-  for (int i = 0; i < n; ++i) put16(i % 4);    // owner, objective
-  for (int i = 0; i < n; ++i) put16(i % 5);    // deployment
-  for (int i = 0; i < n; ++i) put16(1);        // land mass
+  for (int i = 0; i < n; ++i) put16(i % 4);  // owner, objective
+  for (int i = 0; i < n; ++i) put16(i % 5);  // deployment
+  for (int i = 0; i < n; ++i) put16(1);      // land mass
   return b;
 }
 }  // namespace
 
 std::vector<Bytes> Seeds() {
-  return {Current(3, 2, 2, 580, "default"), Current(0, 0, 0, 580, ""), Current(5, 4, 1, 570, "europe"),
-          Current(2, 2, 0, 558, "x"),       Current(2, 3, 3, 545, ""), Current(1, 1, 0, 544, ""),
-          Older(2, 2),                      Older(0, 0)};
+  return {Current(3, 2, 2, 580, "default"),
+          Current(0, 0, 0, 580, ""),
+          Current(5, 4, 1, 570, "europe"),
+          Current(2, 2, 0, 558, "x"),
+          Current(2, 3, 3, 545, ""),
+          Current(1, 1, 0, 544, ""),
+          Older(2, 2),
+          Older(0, 0)};
 }
 }  // namespace kvfuzz
 

@@ -9,8 +9,7 @@ using namespace kv;
 
 namespace kvfuzz {
 std::vector<Bytes> Seeds() {
-  return {Text("3\r\n\"Germany\",1\r\n\"France\",2\r\n\"Britain\",3\r\n"),
-          Text("0\r\n"),
+  return {Text("3\r\n\"Germany\",1\r\n\"France\",2\r\n\"Britain\",3\r\n"), Text("0\r\n"),
           Text("2\r\n\"Zed\",9,\"Able\",4")};
 }
 }  // namespace kvfuzz

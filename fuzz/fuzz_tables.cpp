@@ -25,10 +25,11 @@ std::vector<Bytes> Seeds() {
           Tagged(0, "7\r\n"),
           Tagged(1, "\"HexWidth\",60\r\n\"HexHeight\",50\r\n\"HexSlant\",30\r\n"),
           Tagged(1, "\"HexWidth\",8\r\n\"HexHeight\",6\r\n\"HexSlant\",0\r\n"),
-          Tagged(2, "\"Terrains\",3,\"name abbreviation move defence red green blue note\"\r\n"
-                    "\"Ocean\",\"OCN\",0,0,28,66,150,\"open sea\"\r\n"
-                    "\"Clear\",\"CLR\",1,0,150,192,92,\"open ground\"\r\n"
-                    "\"River\",\"RIV\",3,1,72,150,232,\"rivers\"\r\n"),
+          Tagged(2,
+                 "\"Terrains\",3,\"name abbreviation move defence red green blue note\"\r\n"
+                 "\"Ocean\",\"OCN\",0,0,28,66,150,\"open sea\"\r\n"
+                 "\"Clear\",\"CLR\",1,0,150,192,92,\"open ground\"\r\n"
+                 "\"River\",\"RIV\",3,1,72,150,232,\"rivers\"\r\n"),
           Tagged(3, hexdata),
           Tagged(3, "3\r\n1,2,3")};
 }
@@ -40,9 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   RefData ref = kvfuzz::SampleRef();
   std::string err;
   switch (data[0] % 4) {
-    case 0:
-      ParseFlagsXY(text, ref);
-      break;
+    case 0: ParseFlagsXY(text, ref); break;
     case 1: {
       const RefData before = ref;
       if (!ParseHexInfo(text, ref, &err)) {

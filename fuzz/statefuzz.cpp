@@ -1,16 +1,17 @@
 #include "statefuzz.h"
 
-#include <QApplication>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMetaMethod>
-#include <QScrollBar>
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMetaMethod>
+#include <QScrollBar>
 
 #include "gui/Form1.h"
 #include "gui/Form10.h"
@@ -68,13 +69,13 @@ struct Handler {
 
 std::vector<Handler> AllHandlers() {
   const std::pair<const char*, const QMetaObject*> forms[] = {
-      {"Form1", &kv::gui::Form1::staticMetaObject},   {"Form2", &kv::gui::Form2::staticMetaObject},
-      {"Form3", &kv::gui::Form3::staticMetaObject},   {"Form4", &kv::gui::Form4::staticMetaObject},
-      {"Form5", &kv::gui::Form5::staticMetaObject},   {"Form6", &kv::gui::Form6::staticMetaObject},
-      {"Form8", &kv::gui::Form8::staticMetaObject},   {"Form9", &kv::gui::Form9::staticMetaObject},
-      {"Form10", &kv::gui::Form10::staticMetaObject}, {"Form11", &kv::gui::Form11::staticMetaObject},
-      {"Form12", &kv::gui::Form12::staticMetaObject}, {"Form13", &kv::gui::Form13::staticMetaObject},
-      {"Form14", &kv::gui::Form14::staticMetaObject}, {"Form15", &kv::gui::Form15::staticMetaObject},
+      {"Form1", &kv::gui::Form1::staticMetaObject},      {"Form2", &kv::gui::Form2::staticMetaObject},
+      {"Form3", &kv::gui::Form3::staticMetaObject},      {"Form4", &kv::gui::Form4::staticMetaObject},
+      {"Form5", &kv::gui::Form5::staticMetaObject},      {"Form6", &kv::gui::Form6::staticMetaObject},
+      {"Form8", &kv::gui::Form8::staticMetaObject},      {"Form9", &kv::gui::Form9::staticMetaObject},
+      {"Form10", &kv::gui::Form10::staticMetaObject},    {"Form11", &kv::gui::Form11::staticMetaObject},
+      {"Form12", &kv::gui::Form12::staticMetaObject},    {"Form13", &kv::gui::Form13::staticMetaObject},
+      {"Form14", &kv::gui::Form14::staticMetaObject},    {"Form15", &kv::gui::Form15::staticMetaObject},
       {"LoadSave", &kv::gui::LoadSave::staticMetaObject}};
   std::vector<Handler> out;
   for (const auto& [form, mo] : forms) {
@@ -107,14 +108,14 @@ const std::vector<Handler>& Handlers() {
   return h;
 }
 
-const std::vector<int> kKeys = {37, 38, 39, 40, 65, 66, 67, 72, 78, 82, 88, 112, 113, 114, 115,
-                                116, 117, 118, 119, 191, 13, 27, 32, 48, 57, 0, 255};
+const std::vector<int> kKeys = {37,  38,  39,  40,  65,  66,  67, 72, 78, 82, 88, 112, 113, 114,
+                                115, 116, 117, 118, 119, 191, 13, 27, 32, 48, 57, 0,   255};
 
 std::string Num(long long v) { return std::to_string(v); }
 
 std::string AnyInt(Choices& c) {
-  static const std::vector<long long> edges = {0, 1, 2, 3, -1, 4, 7, 15, 31, 32, 100, 255, 256, 32767, -32768,
-                                               32766, 65535, 1000000, -1000000};
+  static const std::vector<long long> edges = {0,   1,   2,   3,     -1,     4,     7,     15,      31,      32,
+                                               100, 255, 256, 32767, -32768, 32766, 65535, 1000000, -1000000};
   if (c.OneIn(3)) return Num(c.Pick(edges));
   return Num(static_cast<long long>(c.Below(400)) - 20);
 }
@@ -130,9 +131,9 @@ std::string Coordinate(Choices& c) {
 }
 
 std::string AnyText(Choices& c) {
-  static const std::vector<std::string> texts = {"",      "0",     "1",    "-1",  "2",   "32",   "7",   "100",
-                                                 "32767", "32768", "-250", "250", "abc", "1e9",  "3.5", " 12",
-                                                 "0x10",  "-0",    "65",   "999999999999", "&H7FFF", "12abc"};
+  static const std::vector<std::string> texts = {
+      "",    "0",   "1",   "-1",  "2",   "32",   "7",  "100", "32767",        "32768",  "-250",
+      "250", "abc", "1e9", "3.5", " 12", "0x10", "-0", "65",  "999999999999", "&H7FFF", "12abc"};
   if (c.OneIn(4)) return Num(c.Below(300));
   return c.Pick(texts);
 }
@@ -195,8 +196,9 @@ Editor::Editor(const std::string& data, const std::string& work) : work_(fs::abs
     kv::Bitmap b(w, h);
     for (int y = 0; y < h; ++y)
       for (int x = 0; x < w; ++x)
-        b.SetPixel(x, y, gradient ? kv::RGB(x * 37 & 255, y * 53 & 255, (x ^ y) * 11 & 255)
-                                  : kv::RGB((x / 3) % 2 ? 200 : 0, 120, (y / 2) % 2 ? 0 : 200));
+        b.SetPixel(x, y,
+                   gradient ? kv::RGB(x * 37 & 255, y * 53 & 255, (x ^ y) * 11 & 255)
+                            : kv::RGB((x / 3) % 2 ? 200 : 0, 120, (y / 2) % 2 ? 0 : 200));
     kv::WriteBmpFile(pics_ + "/" + name, b, nullptr);
   };
   pic("dot.bmp", 1, 1, false);
@@ -248,7 +250,7 @@ std::string Editor::Line(Choices& c) {
       return line;
     }
     case 3: {  // a control's property, as the window system sets it
-      static const std::vector<std::string> forms = {"Form1", "Form3", "Form4", "Form5", "Form6", "Form9",
+      static const std::vector<std::string> forms = {"Form1",  "Form3",  "Form4",  "Form5",  "Form6",  "Form9",
                                                      "Form10", "Form11", "Form13", "Form14", "Form15", "LoadSave"};
       const std::string fname = c.Pick(forms);
       kv::gui::VbForm* f = form_->FormByName(QString::fromStdString(fname), false);
@@ -276,13 +278,18 @@ std::string Editor::Line(Choices& c) {
     case 4: {  // a shared variable set by name
       static const std::vector<QString> names = kv::gui::ScriptVariableNames();
       const std::string n = c.Pick(names).toStdString();
-      static const std::vector<std::string> strs = {"mapfile", "mappath", "ndxpath", "strpath", "dlgfile",
-                                                    "dlgdir", "setpath", "oobtmppath", "dlgext", "nationset"};
+      static const std::vector<std::string> strs = {"mapfile", "mappath", "ndxpath",    "strpath", "dlgfile",
+                                                    "dlgdir",  "setpath", "oobtmppath", "dlgext",  "nationset"};
       if (std::find(strs.begin(), strs.end(), n) != strs.end()) {
         // Paths stay inside the fuzzer's own folders.
-        const std::vector<std::string> vals = {"",          maps_ + "/v" + Num(c.Below(4)) + ".map", "x",
-                                               "default",   app_ + "/newmap.map", pics_ + "/landx.bmp",
-                                               ".map",      maps_};
+        const std::vector<std::string> vals = {"",
+                                               maps_ + "/v" + Num(c.Below(4)) + ".map",
+                                               "x",
+                                               "default",
+                                               app_ + "/newmap.map",
+                                               pics_ + "/landx.bmp",
+                                               ".map",
+                                               maps_};
         return n + " = " + Quoted(c.Pick(vals));
       }
       if (n == "curhexx" || n == "curhexy" || n == "selx1" || n == "selx2" || n == "sely1" || n == "sely2")
@@ -293,7 +300,7 @@ std::string Editor::Line(Choices& c) {
     }
     case 5: {  // an element of a table
       static const std::vector<std::pair<std::string, int>> arrays = {
-          {"HexTile", 0}, {"HexInfo", 7}, {"HexCtl", 2}, {"HexElev", 0}, {"HexDeploy", 0},
+          {"HexTile", 0},      {"HexInfo", 7},     {"HexCtl", 2},    {"HexElev", 0},   {"HexDeploy", 0},
           {"HexOrigOwner", 0}, {"HexLandMass", 0}, {"HexAIDist", 0}, {"HexContour", 0}};
       if (c.OneIn(6)) {
         const int rows = d.ObjCount + 1;
@@ -314,14 +321,33 @@ std::string Editor::Line(Choices& c) {
     case 7: return "answer " + Num(c.Pick(std::vector<int>{1, 2, 6, 7}));
     case 8: return "Form1.Form_KeyDown " + Num(c.Pick(kKeys)) + " " + Num(c.Below(8));
     default: {  // every pass and analysis command of the menus
-      static const std::vector<std::string> cmds = {
-          "autoredrawroads_Click", "autoredrawterrain_Click", "mAutoForest_Click", "mAutoMoutains_Click",
-          "mMapRebuild_Click",     "mRedoTerrain_Click",      "doroads_Click",     "MemorizeRoads_Click",
-          "MemoriseRivers_Click",  "mMountains_Click",        "mRndWoods_Click",   "mCountRoad_Click",
-          "mNextUnconnected_Click", "VerifyHexData_Click",    "mDefaultHC_Click",  "mRoadsOnly_Click",
-          "menu_LandMass_Click",   "mOriginalOwner_Click",    "mCopy_Click",       "mPaste_Click",
-          "mUndo_Click",           "mDefaultArea_Click",      "mRandom_Click",     "StrategicShow_Click",
-          "StrategicHide_Click",   "BuildAITables_Click",     "menu_file_save_Click"};
+      static const std::vector<std::string> cmds = {"autoredrawroads_Click",
+                                                    "autoredrawterrain_Click",
+                                                    "mAutoForest_Click",
+                                                    "mAutoMoutains_Click",
+                                                    "mMapRebuild_Click",
+                                                    "mRedoTerrain_Click",
+                                                    "doroads_Click",
+                                                    "MemorizeRoads_Click",
+                                                    "MemoriseRivers_Click",
+                                                    "mMountains_Click",
+                                                    "mRndWoods_Click",
+                                                    "mCountRoad_Click",
+                                                    "mNextUnconnected_Click",
+                                                    "VerifyHexData_Click",
+                                                    "mDefaultHC_Click",
+                                                    "mRoadsOnly_Click",
+                                                    "menu_LandMass_Click",
+                                                    "mOriginalOwner_Click",
+                                                    "mCopy_Click",
+                                                    "mPaste_Click",
+                                                    "mUndo_Click",
+                                                    "mDefaultArea_Click",
+                                                    "mRandom_Click",
+                                                    "StrategicShow_Click",
+                                                    "StrategicHide_Click",
+                                                    "BuildAITables_Click",
+                                                    "menu_file_save_Click"};
       return "Form1." + c.Pick(cmds);
     }
   }
@@ -333,7 +359,7 @@ std::vector<std::string> Editor::NextStep(Choices& c) {
     case 0: {  // New Map, of every size the box takes and of the shapes that hurt
       static const std::vector<std::pair<int, int>> shapes = {
           {32767, 0}, {0, 32767}, {1, 32767}, {32767, 1}, {0, 0}, {1, 100}, {2, 300}, {3, 1000},
-          {4, 4},     {3, 3},     {59, 39},   {300, 2},  {1, 1}, {32, 32}, {100, 0}, {0, 1}};
+          {4, 4},     {3, 3},     {59, 39},   {300, 2},   {1, 1}, {32, 32}, {100, 0}, {0, 1}};
       std::string w, h;
       if (c.OneIn(3)) {
         w = Num(c.Below(120));
@@ -377,8 +403,8 @@ std::vector<std::string> Editor::NextStep(Choices& c) {
         WriteAll(maps_ + "/" + out + ".lev", lev);
         name = out + ".map";
       }
-      return {"Form1.menu_file_open_Click", "LoadSave.Dir1.Path = " + Quoted(maps_), "LoadSave.Text1.Text = " + Stem(name),
-              "LoadSave.Command1_Click"};
+      return {"Form1.menu_file_open_Click", "LoadSave.Dir1.Path = " + Quoted(maps_),
+              "LoadSave.Text1.Text = " + Stem(name), "LoadSave.Command1_Click"};
     }
     case 3: {  // the bitmap utility with a picture of ours or one it made
       std::vector<std::string> pics = Files(pics_, {".bmp"});
@@ -452,7 +478,8 @@ std::string Editor::Check() {
       return fail("a scroll bar's value is outside its range");
   if (s.forms.Form5Loaded) {
     const long long px = static_cast<long long>(s.jump.Picture2.Width()) * s.jump.Picture2.Height();
-    if (px > std::max<long long>(kv::kJumpPicturePixels, static_cast<long long>(n))) return fail("the jump map is too large");
+    if (px > std::max<long long>(kv::kJumpPicturePixels, static_cast<long long>(n)))
+      return fail("the jump map is too large");
   }
   if (s.bmp.PixelDone.size() != static_cast<size_t>(s.bmp.PixelDoneW) * s.bmp.PixelDoneH)
     return fail("PixelDone does not match its size");

@@ -80,14 +80,22 @@ int main(int argc, char** argv) {
       return 64;
     }
     ++i;
-    if (a == "--seed") seed = std::strtoull(v, nullptr, 10);
-    else if (a == "--steps") steps = std::atoll(v);
-    else if (a == "--seconds") seconds = std::atoll(v);
-    else if (a == "--restart") restart = std::max(1LL, std::atoll(v));
-    else if (a == "--work") work = v;
-    else if (a == "--data") data = v;
-    else if (a == "--replay") replay = v;
-    else if (a == "--step-limit") stepLimit = std::atoi(v);
+    if (a == "--seed")
+      seed = std::strtoull(v, nullptr, 10);
+    else if (a == "--steps")
+      steps = std::atoll(v);
+    else if (a == "--seconds")
+      seconds = std::atoll(v);
+    else if (a == "--restart")
+      restart = std::max(1LL, std::atoll(v));
+    else if (a == "--work")
+      work = v;
+    else if (a == "--data")
+      data = v;
+    else if (a == "--replay")
+      replay = v;
+    else if (a == "--step-limit")
+      stepLimit = std::atoi(v);
     else {
       std::fprintf(stderr, "kv_statefuzz: unknown option %s\n", a.c_str());
       return 64;

@@ -24,10 +24,10 @@ struct Session : MapView {
   explicit Session(std::string appPath, Ui* ui = nullptr);
   ~Session();
 
-  EditorState ed;  // the main window's controls, the file dialog, the new-map form
-  JumpMapState jump;   // Form5: the jump map picture and its settings
-  ScenarioState scn;  // the scenario set last imported, until Save As finishes it
-  BitmapUtilState bmp;  // Form4, Form15: the bitmap utility
+  EditorState ed;           // the main window's controls, the file dialog, the new-map form
+  JumpMapState jump;        // Form5: the jump map picture and its settings
+  ScenarioState scn;        // the scenario set last imported, until Save As finishes it
+  BitmapUtilState bmp;      // Form4, Form15: the bitmap utility
   TileScreens tileScreens;  // Form11, Form13, Form14: the tile data screens
   ComfortState comfort;     // the editor's additions for the hand
 };

@@ -3,11 +3,11 @@
 // 10 x 10 map of open ground.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <memory>
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "autotile/stores.h"
 #include "editing/startup.h"
@@ -18,10 +18,9 @@ namespace kvtest {
 
 // Tile numbers of the test set.
 namespace tl {
-constexpr int16_t Sea = 0, Open = 1, Open2 = 2, Road = 3, River = 4, Bridge = 5, City = 6, Port = 7,
-                  Forest = 8, Forest2 = 9, T10 = 10, T12 = 11, RoadEnd = 12, ForestRoad = 13, Sea2 = 14,
-                  Mount = 15, Mount2 = 16, River11 = 17, Rough = 18, Rough2 = 19, City2 = 20, Port2 = 21,
-                  RoughRoad = 22;
+constexpr int16_t Sea = 0, Open = 1, Open2 = 2, Road = 3, River = 4, Bridge = 5, City = 6, Port = 7, Forest = 8,
+                  Forest2 = 9, T10 = 10, T12 = 11, RoadEnd = 12, ForestRoad = 13, Sea2 = 14, Mount = 15, Mount2 = 16,
+                  River11 = 17, Rough = 18, Rough2 = 19, City2 = 20, Port2 = 21, RoughRoad = 22;
 }  // namespace tl
 
 struct AutoApp {
@@ -38,7 +37,7 @@ struct AutoApp {
     for (int t : {75, 76, 78, 86, 90, 94, 104, 105, 115, 192}) mini.types[t] = 3;
     mini.roads.assign(23, {});
     // Road records in ring order (byte 0 is side 5, byte 2 side 1).
-    mini.roads[tl::Road] = {1, 0, 0, 1, 0, 0};        // sides 5 and 2
+    mini.roads[tl::Road] = {1, 0, 0, 1, 0, 0};  // sides 5 and 2
     if (withBridgeTile) mini.roads[tl::Bridge] = {1, 0, 0, 1, 0, 0};
     mini.roads[tl::ForestRoad] = {1, 0, 0, 1, 0, 0};
     mini.roads[tl::RoughRoad] = {0, 0, 1, 0, 0, 1};  // sides 1 and 4

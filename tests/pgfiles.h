@@ -31,10 +31,10 @@ struct PgSet {
     PutI16(b, H);
     b.insert(b.end(), 18, 0x5A);
     const size_t n = N();
-    for (size_t i = 0; i < n; ++i) PutI16(b, 0x0707);                      // skipped int16 plane
+    for (size_t i = 0; i < n; ++i) PutI16(b, 0x0707);  // skipped int16 plane
     for (size_t i = 0; i < n; ++i) b.push_back(i < roads.size() ? roads[i] : 0);
     for (size_t i = 0; i < n; ++i) b.push_back(i < owners.size() ? owners[i] : 0);
-    b.insert(b.end(), n, 0x03);                                             // skipped byte plane
+    b.insert(b.end(), n, 0x03);  // skipped byte plane
     for (size_t i = 0; i < n; ++i) PutI16(b, i < tiles.size() ? tiles[i] : 0);
     b.insert(b.end(), extra, 0xEE);
     return b;

@@ -14,8 +14,8 @@
 #include "session.h"
 #include "testutil.h"
 #include "view/geometry.h"
-#include "view/transform.h"
 #include "view/spritebank.h"
+#include "view/transform.h"
 
 namespace kvtest {
 
@@ -28,9 +28,7 @@ constexpr Pt kCommon{30, 5};
 enum Layer { kOutline, kObjective, kOil, kRoad1, kRail1 = kRoad1 + 6, kBlue = kRail1 + 6, kYellow, kContour, kLayers };
 // Left of x = 45, where the next column does not overlap the cell.
 inline Pt Probe(int layer) { return {3 + 3 * (layer % 13), 12 + 6 * (layer / 13)}; }
-inline uint32_t LayerColour(int layer, int variant = 0) {
-  return kv::RGB(0x80 + layer, 0x40, variant & 255);
-}
+inline uint32_t LayerColour(int layer, int variant = 0) { return kv::RGB(0x80 + layer, 0x40, variant & 255); }
 inline uint32_t TileColour(int t) { return kv::RGB(0x10, (t >> 8) & 255, t & 255) | 0x200000; }
 inline uint32_t FlagColour(int strip, int n) { return kv::RGB(0xF0 + strip, n, 0x11); }
 

@@ -1,8 +1,8 @@
 // AI distance tables: the fields against a plain run of the two sweeps, the
 // .ai layout, the file written over without being cut, loading one block.
-#include <gtest/gtest.h>
-
 #include <random>
+
+#include <gtest/gtest.h>
 
 #include "analysis/aitables.h"
 #include "analysis/landmass.h"
@@ -101,7 +101,7 @@ TEST(AITables, FileSizeAndValuesAroundObjectivesLakesAndSea) {
   for (int y = 0; y <= 30; ++y) d.HexInfo(25, y, 0) = d.HexInfo(26, y, 0) = 0;  // a strait splits the land
   for (int x = 10; x <= 12; ++x)
     for (int y = 8; y <= 14; ++y) d.HexInfo(x, y, 0) = 0;  // a lake
-  d.HexInfo(28, 10, 0) = 14;  // a port on the far side of the strait
+  d.HexInfo(28, 10, 0) = 14;                               // a port on the far side of the strait
   m.Objective(6, 11);
   m.Objective(28, 10);
   m.Prepare();
@@ -224,7 +224,7 @@ TEST(AITables, WrittenOverFromTheStartAndNeverCut) {
   EXPECT_EQ(f[0], 0xFF);  // column 0: -1
   EXPECT_EQ(f[1], 0xFF);
   EXPECT_EQ(m.Entry(f, 1, 6, 6), HexDistance(3, 3, 6, 6));  // the block's last entry, at bytes 96 and 97
-  EXPECT_EQ(f[98], 0xAB);  // the old tail
+  EXPECT_EQ(f[98], 0xAB);                                   // the old tail
   EXPECT_EQ(f[199], 0xAB);
 
   // No objectives: an old file stays as it was, and a missing one is made empty.

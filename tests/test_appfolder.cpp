@@ -1,11 +1,11 @@
 // Finding the program folder: the default data beside the program in a build
 // tree and in an installation, and the per-user folder made from it on the
 // first run, the user's own from then on.
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
+
+#include <gtest/gtest.h>
 
 #include "platform/appfolder.h"
 #include "testutil.h"

@@ -231,12 +231,10 @@ TEST(Learning, GatesDropsAndTheStoresEachLearnerWrites) {
   a.Fill(9, 9, tl::Open);
   a.Put(4, 4, tl::River);
   NewRiverPattern(s, 4, 4, tl::River);
-  EXPECT_EQ(a.Text("mapedit/riverpatterns/0-0-0-0-0-0.txt"),
-            "1-1-1-1-1-1,4\r\n0-0-0-0-0-0,4\r\n-1\r\n");
+  EXPECT_EQ(a.Text("mapedit/riverpatterns/0-0-0-0-0-0.txt"), "1-1-1-1-1-1,4\r\n0-0-0-0-0-0,4\r\n-1\r\n");
   // Learning the same key again leaves the new tile as the only answer.
   NewRiverPattern(s, 4, 4, tl::River11);
-  EXPECT_EQ(a.Text("mapedit/riverpatterns/0-0-0-0-0-0.txt"),
-            "1-1-1-1-1-1,4\r\n0-0-0-0-0-0,17\r\n-1\r\n");
+  EXPECT_EQ(a.Text("mapedit/riverpatterns/0-0-0-0-0-0.txt"), "1-1-1-1-1-1,4\r\n0-0-0-0-0-0,17\r\n-1\r\n");
   // The tile store keeps pairs of any tile; it drops only the same key.
   a.Write("mapedit/tilep04/000000.txt", "1-0-0-0-0-0,300\r\n-1\r\n");
   a.p().CurTile = tl::Rough;

@@ -1,9 +1,9 @@
 // Neighbours that follow, learning that says so, and the reset of the learned
 // stores, on private copies of the default program folder.
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <map>
+
+#include <gtest/gtest.h>
 
 #include "autotile/engine.h"
 #include "autotile/follow.h"

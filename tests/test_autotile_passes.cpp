@@ -1,9 +1,9 @@
 // The bulk passes: their areas, snapshots and frame, the map rebuild from
 // terrain, road sides and their pruning, the memorise passes and the woods.
-#include <gtest/gtest.h>
-
 #include <array>
 #include <filesystem>
+
+#include <gtest/gtest.h>
 
 #include "autotile/engine.h"
 #include "autotile/passes.h"
@@ -81,7 +81,7 @@ TEST(RedrawPasses, RoadPassSnapshotsOnlyTheWholeMapAndTouchesOnlyOpenGround) {
   a.Write("mapedit/roadpatterns/0-0-0-1-0-0.txt", "0-0-0-3-0-0,2\r\n-1\r\n");  // a bad lesson: open tile
   a.Write("mapedit/roadpatterns/1-0-0-0-0-0.txt", "3-0-0-0-0-0,3\r\n-1\r\n");
   autoredrawroads_Click(*a.s);
-  EXPECT_FALSE(a.Exists("autosave.map"));  // screen area: no snapshot
+  EXPECT_FALSE(a.Exists("autosave.map"));     // screen area: no snapshot
   EXPECT_EQ(a.d().HexTile(3, 2), tl::Open2);  // top end of the road, in the view
   EXPECT_EQ(a.d().HexTile(3, 5), tl::RoughRoad);
   EXPECT_EQ(a.d().HexTile(3, 8), tl::Road);  // below the view
@@ -111,10 +111,10 @@ TEST(RedrawPasses, ForestsAndMountains) {
   mAutoMoutains_Click(*a.s);
   EXPECT_EQ(a.d().HexTile(5, 5), 104);  // side 1
   EXPECT_EQ(a.d().HexTile(4, 5), tl::Open);
-  EXPECT_EQ(a.d().HexTile(3, 5), 90);   // side 3
-  EXPECT_EQ(a.d().HexTile(3, 4), 75);   // side 4
-  EXPECT_EQ(a.d().HexTile(4, 3), 76);   // side 5
-  EXPECT_EQ(a.d().HexTile(5, 4), 94);   // side 6, a key of the second pass
+  EXPECT_EQ(a.d().HexTile(3, 5), 90);  // side 3
+  EXPECT_EQ(a.d().HexTile(3, 4), 75);  // side 4
+  EXPECT_EQ(a.d().HexTile(4, 3), 76);  // side 5
+  EXPECT_EQ(a.d().HexTile(5, 4), 94);  // side 6, a key of the second pass
   // Second pass around (5, 4), odd column: side 3 is (4, 4), side 2 is (5, 5).
   EXPECT_EQ(a.d().HexTile(4, 4), 86);
   EXPECT_EQ(a.d().HexTile(5, 5), 104);
@@ -130,13 +130,13 @@ TEST(MapRebuild, UpdateTilesFollowsTheTerrain) {
   PassApp a;
   a.Fill(9, 9, tl::Open);
   fs::remove(a.App("autosave.map"));
-  a.d().HexTile(1, 1) = 544;     // past TileMax
-  a.d().HexInfo(2, 2, 0) = 4;    // rough terrain under an open tile, no sides
-  a.d().HexInfo(3, 3, 0) = 4;    // ... with a road side
+  a.d().HexTile(1, 1) = 544;   // past TileMax
+  a.d().HexInfo(2, 2, 0) = 4;  // rough terrain under an open tile, no sides
+  a.d().HexInfo(3, 3, 0) = 4;  // ... with a road side
   a.d().HexInfo(3, 3, 2) = 1;
-  a.d().HexInfo(4, 4, 0) = 5;    // city terrain with a side: the road test is skipped
+  a.d().HexInfo(4, 4, 0) = 5;  // city terrain with a side: the road test is skipped
   a.d().HexInfo(4, 4, 1) = 1;
-  a.d().HexInfo(5, 5, 0) = 9;    // a terrain without tiles: left as it was
+  a.d().HexInfo(5, 5, 0) = 9;  // a terrain without tiles: left as it was
   mMapRebuild_Click(*a.s);
   EXPECT_TRUE(a.Exists("autosave.map"));
   EXPECT_EQ(a.d().HexTile(1, 1), tl::Open);  // first plain tile of terrain 1; no random tiles listed

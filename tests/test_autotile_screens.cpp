@@ -2,9 +2,9 @@
 // screen reads from its files, and what a save writes to the files, the
 // tables and the terrain tile lists. Also the fixed sequence of the random
 // generator and the draws that rest on it.
-#include <gtest/gtest.h>
-
 #include <filesystem>
+
+#include <gtest/gtest.h>
 
 #include "autotile/engine.h"
 #include "autotile/random.h"
@@ -111,7 +111,7 @@ TEST(RoadScreen, MarksFromRoadinfoAndSaveChangesTheRoadFlagAtOnce) {
   EXPECT_EQ(std::vector<uint8_t>(b.begin() + 6 * tl::RoughRoad, b.begin() + 6 * tl::RoughRoad + 6),
             std::vector<uint8_t>(6, 0));
   EXPECT_EQ(s.ref.RoadOf(tl::RoughRoad), 0);  // no longer a road tile
-  EXPECT_EQ(s.ref.RoadTableData, table);     // the side table waits for the next start
+  EXPECT_EQ(s.ref.RoadTableData, table);      // the side table waits for the next start
   // A tile past the end of the file reads all marks off; a save extends the file.
   a.p().CurTile = 200;
   TileScreen_GetStuff(s, TileScreen::Road);

@@ -1,12 +1,12 @@
 // Pattern stores: names built from the ring, pattern files and tile lists in
 // their byte forms after searches and updates, the one-byte-a-tile files, the
 // cache's agreement with the files, and an unusable store folder.
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <filesystem>
 #include <set>
 #include <thread>
+
+#include <gtest/gtest.h>
 
 #include "autotile/engine.h"
 #include "autotile/passes.h"
@@ -156,7 +156,10 @@ TEST(TileLists, EveryRecordCanBeDrawnAndAMissingListLeavesTheTile) {
   std::vector<int> checked;
   int16_t t = -1;
   EXPECT_EQ(PickListTile(s, a.App("mapedit/t04/000000.txt"), t,
-                         [&](int16_t rec) { checked.push_back(rec); return rec != 18; }),
+                         [&](int16_t rec) {
+                           checked.push_back(rec);
+                           return rec != 18;
+                         }),
             ListPick::Rejected);
   EXPECT_EQ(checked, std::vector<int>{18});
   EXPECT_EQ(t, -1);
@@ -266,8 +269,8 @@ TEST(PatternFiles, DamagedFilesAreReadWithoutHarmAndRewrittenWhole) {
   const std::string rel = "mapedit/riverpatterns/1-0-0-0-0-0.txt";
   std::string binary;
   for (int c = 0; c < 256; ++c) binary.push_back(static_cast<char>(c));
-  for (const std::string& text : {std::string("\"104-0,3\r\n"), std::string("\r\n\r\n,,,,"), binary,
-                                  std::string("4-0-0-0-0-0"), std::string()}) {
+  for (const std::string& text :
+       {std::string("\"104-0,3\r\n"), std::string("\r\n\r\n,,,,"), binary, std::string("4-0-0-0-0-0"), std::string()}) {
     a.Write(rel, text);
     for (bool cache : {true, false}) {
       SetStoreCache(s, cache);

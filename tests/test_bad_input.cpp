@@ -3,18 +3,18 @@
 // open map changes with them.
 #include <gtest/gtest.h>
 
-#include "editing/clipboard.h"
 #include "document/document_ops.h"
+#include "document/mapfile.h"
+#include "editing/clipboard.h"
+#include "editing/controlform.h"
 #include "editing/fileflow.h"
 #include "editing/filemenu.h"
-#include "document/mapfile.h"
-#include "editing/startup.h"
-#include "editing/controlform.h"
 #include "editing/mapload.h"
+#include "editing/startup.h"
+#include "minisession.h"
 #include "platform/fileio.h"
 #include "refdata/nations.h"
 #include "session.h"
-#include "minisession.h"
 #include "testutil.h"
 
 using namespace kv;
@@ -51,15 +51,17 @@ TEST(BadInput, DamagedOrMissingMapFiles) {
 
   kvtest::WriteBytes(f.maps / "cut.map", {whole.begin(), whole.begin() + 30});
   EXPECT_FALSE(OpenMapFile(*f.s, f.maps.path(), "cut.map"));
-  EXPECT_EQ(f.Message(), f.maps / "cut.map" + " is not a readable map: a map of 4 x 3 hexes needs 180 more bytes, but only 16 are left.");
+  EXPECT_EQ(
+      f.Message(),
+      f.maps / "cut.map" + " is not a readable map: a map of 4 x 3 hexes needs 180 more bytes, but only 16 are left.");
 
   kvtest::WriteText(f.maps / "text.map", "These are some notes, not a map at all.");
   EXPECT_FALSE(OpenMapFile(*f.s, f.maps.path(), "text.map"));
   EXPECT_EQ(f.Message().rfind(f.maps / "text.map" + " is not a readable map: it has no \"Version \" header", 0), 0u);
 
   EXPECT_FALSE(OpenMapFile(*f.s, f.maps.path(), "absent.map"));
-  EXPECT_EQ(f.Message(), "The map cannot be opened: cannot open " + f.maps / "absent.map" +
-                             ": No such file or directory.");
+  EXPECT_EQ(f.Message(),
+            "The map cannot be opened: cannot open " + f.maps / "absent.map" + ": No such file or directory.");
   EXPECT_EQ(f.d().HexTile, tiles);
   EXPECT_EQ(f.d().MapPath, f.maps / "good.map");
 }
@@ -79,8 +81,8 @@ TEST(BadInput, DamagedSnapshotAndClipboard) {
 
   kvtest::WriteBytes(f.app / "copybuff.dat", {2, 0, 2, 0, 1, 0});  // a 3 x 3 block holding one tile
   mPaste_Click(*f.s);
-  EXPECT_EQ(f.Message(), "The clipboard file " + f.app / "copybuff.dat" +
-                             " is damaged: its block does not fit its length.");
+  EXPECT_EQ(f.Message(),
+            "The clipboard file " + f.app / "copybuff.dat" + " is damaged: its block does not fit its length.");
   EXPECT_EQ(f.d().HexTile, tiles);
 }
 
@@ -109,8 +111,8 @@ TEST(BadInput, MissingOrDamagedDataFilesStopStartUp) {
     f.ui.messages.clear();
     kvtest::WriteText(f.app / "cut/nations/nations.txt", "4\r\nOne,1\r\n");
     EXPECT_FALSE(SwitchNationSet(*f.s, "cut"));
-    EXPECT_EQ(f.Message().rfind("The nation set \"cut\" cannot be read: " + f.app / "cut/nations/nations.txt" + ": ", 0),
-              0u);
+    EXPECT_EQ(
+        f.Message().rfind("The nation set \"cut\" cannot be read: " + f.app / "cut/nations/nations.txt" + ": ", 0), 0u);
     EXPECT_FALSE(SwitchNationSet(*f.s, "gone"));
     EXPECT_EQ(f.Message(), "The nation set \"gone\" cannot be read: " + NationListPath(*f.s, "gone") + " not found.");
     EXPECT_EQ(f.d().NationSet, "default");
@@ -136,8 +138,8 @@ TEST(BadInput, FullDiskAndNoPermissionOnSave) {
   // fails as a folder without write permission does).
   f.ui.answers.push_back(vbOK);
   EXPECT_FALSE(SaveMapAs(*f.s, f.maps / "m.map", "inside"));
-  EXPECT_EQ(f.Message(), "The map could not be saved: cannot create " + f.maps / "m.map/inside.map" +
-                             ": Not a directory.");
+  EXPECT_EQ(f.Message(),
+            "The map could not be saved: cannot create " + f.maps / "m.map/inside.map" + ": Not a directory.");
   EXPECT_EQ(f.d().MapPath, f.maps / "m.map");
   EXPECT_EQ(f.d().MapFile, file);
   EXPECT_EQ(kvtest::ReadBytes(f.maps / "m.map"), before);
@@ -148,8 +150,8 @@ TEST(BadInput, FullDiskAndNoPermissionOnSave) {
   SetWriteFaultHook([] { return false; });
   mCopy_Click(*f.s);
   SetWriteFaultHook(nullptr);
-  EXPECT_EQ(f.Message(), "The block could not be copied: cannot write " + f.app / "copybuff.dat" +
-                             ": No space left on device.");
+  EXPECT_EQ(f.Message(),
+            "The block could not be copied: cannot write " + f.app / "copybuff.dat" + ": No space left on device.");
 }
 
 TEST(BadInput, WrongTextInTheNewMapBoxes) {

@@ -1,8 +1,8 @@
 // The bitmap layer: raster operations, clipping, stretching, bulk access and
 // BMP files of every depth, all on small bitmaps built here.
-#include <gtest/gtest.h>
-
 #include <cstring>
+
+#include <gtest/gtest.h>
 
 #include "platform/bitmap.h"
 #include "platform/bytes.h"
@@ -249,35 +249,58 @@ struct BmpBuilder {
   bool topDown = false;
   uint32_t compression = 0;
   uint32_t headerSize = 40;
-  std::vector<uint32_t> masks;     // written after a 40-byte header or inside a longer one
-  std::vector<uint32_t> palette;   // 0x00RRGGBB
+  std::vector<uint32_t> masks;    // written after a 40-byte header or inside a longer one
+  std::vector<uint32_t> palette;  // 0x00RRGGBB
   // Packed pixel bits per row, top row first, without padding.
   std::vector<std::vector<uint8_t>> rows;
 
   std::vector<uint8_t> Build() const {
     std::vector<uint8_t> b;
     auto p8 = [&](uint8_t v) { b.push_back(v); };
-    auto p16 = [&](uint32_t v) { p8(v & 255); p8((v >> 8) & 255); };
-    auto p32 = [&](uint32_t v) { p16(v & 0xFFFF); p16(v >> 16); };
+    auto p16 = [&](uint32_t v) {
+      p8(v & 255);
+      p8((v >> 8) & 255);
+    };
+    auto p32 = [&](uint32_t v) {
+      p16(v & 0xFFFF);
+      p16(v >> 16);
+    };
     size_t stride = ((size_t(w) * bpp + 31) / 32) * 4;
     bool core = headerSize == 12;
     size_t extraMasks = (headerSize == 40 && !masks.empty()) ? masks.size() * 4 : 0;
     size_t pal = palette.size() * (core ? 3 : 4);
     uint32_t off = uint32_t(14 + headerSize + extraMasks + pal);
-    p8('B'); p8('M'); p32(off + uint32_t(stride * h)); p32(0); p32(off);
+    p8('B');
+    p8('M');
+    p32(off + uint32_t(stride * h));
+    p32(0);
+    p32(off);
     p32(headerSize);
     if (core) {
-      p16(w); p16(h); p16(1); p16(bpp);
+      p16(w);
+      p16(h);
+      p16(1);
+      p16(bpp);
     } else {
-      p32(uint32_t(w)); p32(uint32_t(topDown ? -h : h)); p16(1); p16(bpp);
-      p32(compression); p32(uint32_t(stride * h)); p32(0); p32(0);
-      p32(uint32_t(palette.size())); p32(0);
+      p32(uint32_t(w));
+      p32(uint32_t(topDown ? -h : h));
+      p16(1);
+      p16(bpp);
+      p32(compression);
+      p32(uint32_t(stride * h));
+      p32(0);
+      p32(0);
+      p32(uint32_t(palette.size()));
+      p32(0);
       size_t rest = headerSize - 40;
       for (size_t i = 0; i < rest / 4; ++i) p32(i < masks.size() ? masks[i] : 0);
-      if (extraMasks) for (uint32_t m : masks) p32(m);
+      if (extraMasks)
+        for (uint32_t m : masks) p32(m);
     }
     for (uint32_t c : palette) {
-      p8(c & 255); p8((c >> 8) & 255); p8((c >> 16) & 255);
+      p8(c & 255);
+      p8((c >> 8) & 255);
+      p8((c >> 16) & 255);
       if (!core) p8(0);
     }
     for (int r = 0; r < h; ++r) {
@@ -317,7 +340,11 @@ TEST(Bmp, ReadsEveryDepthBothRowOrders) {
     b24.topDown = topDown;
     for (auto& row : kPic) {
       std::vector<uint8_t> r;
-      for (uint32_t c : row) { r.push_back(c & 255); r.push_back((c >> 8) & 255); r.push_back(c >> 16); }
+      for (uint32_t c : row) {
+        r.push_back(c & 255);
+        r.push_back((c >> 8) & 255);
+        r.push_back(c >> 16);
+      }
       b24.rows.push_back(r);
     }
     ASSERT_TRUE(Read(b24.Build(), b, err)) << err;
@@ -328,7 +355,12 @@ TEST(Bmp, ReadsEveryDepthBothRowOrders) {
     b32.rows.clear();
     for (auto& row : kPic) {
       std::vector<uint8_t> r;
-      for (uint32_t c : row) { r.push_back(c & 255); r.push_back((c >> 8) & 255); r.push_back(c >> 16); r.push_back(0xAB); }
+      for (uint32_t c : row) {
+        r.push_back(c & 255);
+        r.push_back((c >> 8) & 255);
+        r.push_back(c >> 16);
+        r.push_back(0xAB);
+      }
       b32.rows.push_back(r);
     }
     ASSERT_TRUE(Read(b32.Build(), b, err)) << err;
@@ -339,7 +371,12 @@ TEST(Bmp, ReadsEveryDepthBothRowOrders) {
     bf.masks = {0x0000FF00, 0x00FF0000, 0xFF000000};  // R, G, B in the upper three bytes
     for (auto& row : kPic) {
       std::vector<uint8_t> r;
-      for (uint32_t c : row) { r.push_back(0); r.push_back(c >> 16); r.push_back((c >> 8) & 255); r.push_back(c & 255); }
+      for (uint32_t c : row) {
+        r.push_back(0);
+        r.push_back(c >> 16);
+        r.push_back((c >> 8) & 255);
+        r.push_back(c & 255);
+      }
       bf.rows.push_back(r);
     }
     ASSERT_TRUE(Read(bf.Build(), b, err)) << err;
@@ -447,7 +484,13 @@ TEST(Bmp, BadFilesGiveAClearErrorAndLeaveTheBitmap) {
   };
   std::vector<Case> cases = {
       {"empty", {}, "not a BMP"},
-      {"wrong magic", [&] { auto b = base; b[0] = 'X'; return b; }(), "BM"},
+      {"wrong magic",
+       [&] {
+         auto b = base;
+         b[0] = 'X';
+         return b;
+       }(),
+       "BM"},
       {"cut pixels", std::vector<uint8_t>(base.begin(), base.end() - 1), "pixels need"},
       {"cut header", std::vector<uint8_t>(base.begin(), base.begin() + 30), "header"},
       {"RLE8", patch32(30, 1), "run-length"},

@@ -1,9 +1,9 @@
 // The bitmap utility: each pixel pass on small pictures made here, the files
 // it derives, the clicks on its picture, and a bitmap turned into a map.
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <memory>
+
+#include <gtest/gtest.h>
 
 #include "bitmaputil/bitmaputil.h"
 #include "document/document_ops.h"
@@ -99,8 +99,8 @@ TEST(BitmapPasses, ColourReductionBringsChannelsDownToMultiples) {
 }
 
 TEST(BitmapPasses, DominantColourKeepsTheStrongestChannel) {
-  ImageStore img = Store(6, 1, {RGB(10, 20, 20), RGB(20, 20, 10), RGB(0, 0, 0), RGB(9, 5, 7), RGB(5, 9, 7),
-                                RGB(7, 7, 7)});
+  ImageStore img =
+      Store(6, 1, {RGB(10, 20, 20), RGB(20, 20, 10), RGB(0, 0, 0), RGB(9, 5, 7), RGB(5, 9, 7), RGB(7, 7, 7)});
   for (int x = 0; x < 6; ++x) DominantColumn(img, x);
   EXPECT_EQ(PixelRGB(img, 0, 0), RGB(0, 0, 20));  // blue wins its tie with green
   EXPECT_EQ(PixelRGB(img, 1, 0), RGB(0, 20, 0));  // green wins its tie with red
@@ -112,9 +112,10 @@ TEST(BitmapPasses, DominantColourKeepsTheStrongestChannel) {
 
 TEST(BitmapPasses, ShrinkAveragesBlocksAndCutsThemAtTheEdges) {
   // 3 x 3: the last column's blocks hold two pixels and, in the corner, one.
-  ImageStore src = Store(3, 3, {RGB(1, 10, 0), RGB(2, 20, 0), RGB(7, 30, 0),    //
-                                RGB(3, 30, 0), RGB(2, 40, 0), RGB(8, 31, 0),    //
-                                RGB(5, 50, 0), RGB(6, 61, 0), RGB(9, 33, 0)});
+  ImageStore src = Store(3, 3,
+                         {RGB(1, 10, 0), RGB(2, 20, 0), RGB(7, 30, 0),  //
+                          RGB(3, 30, 0), RGB(2, 40, 0), RGB(8, 31, 0),  //
+                          RGB(5, 50, 0), RGB(6, 61, 0), RGB(9, 33, 0)});
   ImageStore dst = src;
   std::fill(dst.bits.begin(), dst.bits.end(), 0);
   for (int x = 0; x < 3; x += 2) ShrinkColumn(src, dst, x);
@@ -450,8 +451,9 @@ TEST(BitmapWorkspace, ColourReductionValueEntry) {
 TEST(BitmapDerived, SixSeasonalFiles) {
   Utility u;
   const uint32_t other = RGB(200, 100, 50);
-  Bitmap pic = Picture(4, 2, {kWinterColour, kMudColours[0], kMudColours[6], other, RGB(255, 255, 255),
-                              kMudColours[3], RGB(0, 0, 0), RGB(4, 8, 12)});
+  Bitmap pic = Picture(4, 2,
+                       {kWinterColour, kMudColours[0], kMudColours[6], other, RGB(255, 255, 255), kMudColours[3],
+                        RGB(0, 0, 0), RGB(4, 8, 12)});
   u.Load(pic, "fieldx.bmp");
   CreateSeasonalMaps_Click(*u.s);
   EXPECT_EQ(u.b().Caption, "Bitmap Utilities");
@@ -568,8 +570,7 @@ TEST(BitmapDerived, SectorsAt299And300Pixels) {
     ASSERT_TRUE(MakeDirs(u.app / "newsectors"));
     kvtest::WriteText(u.app / "newsectors/0000.bmp", "old");
     SaveSectors_Click(*u.s);
-    EXPECT_EQ(names(u.app / "newsectors"),
-              (std::vector<std::string>{"0000.bmp", "0001.bmp", "0100.bmp", "0101.bmp"}));
+    EXPECT_EQ(names(u.app / "newsectors"), (std::vector<std::string>{"0000.bmp", "0001.bmp", "0100.bmp", "0101.bmp"}));
     EXPECT_TRUE(ReadBack(u.app / "newsectors/0000.bmp") == pic);  // replaced
     Bitmap black(300, 300);
     EXPECT_TRUE(ReadBack(u.app / "newsectors/0101.bmp") == black);

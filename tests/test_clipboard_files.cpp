@@ -1,17 +1,17 @@
 // The clipboard file and undo; the File menu, the file dialog in each mode
 // and the new-map form.
-#include <gtest/gtest.h>
-
 #include <memory>
 
-#include "editing/clipboard.h"
-#include "editing/filemenu.h"
+#include <gtest/gtest.h>
+
 #include "document/mapfile.h"
 #include "document/namestore.h"
+#include "editing/clipboard.h"
+#include "editing/filemenu.h"
 #include "editing/startup.h"
+#include "minisession.h"
 #include "platform/fileio.h"
 #include "session.h"
-#include "minisession.h"
 #include "testutil.h"
 
 using namespace kv;

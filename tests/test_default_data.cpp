@@ -3,15 +3,15 @@
 // pictures, the sprites come with exact masks, the starter auto-tile data
 // gives the right tile for every outline it claims, the nation set is whole,
 // and the generator and the example map come out the same on every run.
-#include <gtest/gtest.h>
-
 #include <array>
 #include <cstdlib>
-#include <functional>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <set>
 #include <sstream>
+
+#include <gtest/gtest.h>
 
 #include "../tools/gen/art.h"
 #include "analysis/roadcheck.h"
@@ -19,10 +19,10 @@
 #include "autotile/passes.h"
 #include "autotile/stores.h"
 #include "document/document_ops.h"
-#include "editing/editing.h"
-#include "editing/mapload.h"
-#include "editing/fileflow.h"
 #include "document/namestore.h"
+#include "editing/editing.h"
+#include "editing/fileflow.h"
+#include "editing/mapload.h"
 #include "editing/startup.h"
 #include "editing/tilepicker.h"
 #include "platform/bitmap.h"
@@ -200,8 +200,10 @@ TEST(DefaultData, MasksAreWhiteExactlyWhereSpritesAreBlack) {
     const char *sprite, *mask;
     int w, h;
   };
-  const Pair pairs[] = {{"hexp", "hexm", 60, 50},          {"fx2", "fx2m", 9 * 60, 50},
-                        {"roads", "roadsm", 6 * 60, 50},   {"rr", "rrm", 6 * 60, 50},
+  const Pair pairs[] = {{"hexp", "hexm", 60, 50},
+                        {"fx2", "fx2m", 9 * 60, 50},
+                        {"roads", "roadsm", 6 * 60, 50},
+                        {"rr", "rrm", 6 * 60, 50},
                         {"contours", "contoursm", 960, 200}};
   for (const Pair& p : pairs) {
     SCOPED_TRACE(p.sprite);
@@ -442,8 +444,8 @@ TEST(DefaultData, AutoTilingGivesATileForEveryOutlineOfCoastsForestsWoodsCitiesA
   ASSERT_EQ(marks.size(), 6u * (s.ref.TileMax + 1));
   const Bitmap sheet = Bmp("bmp/mapl.bmp");
   // Woods take forest as their own kind of ground, and forest takes woods.
-  const Outline outlines[] = {{"coast", 0, 0, 1},   {"forest", 55, 10, 1}, {"woods", 95, 8, 4},
-                              {"city", 215, 5, 1}, {"port", 238, 0, 1}};
+  const Outline outlines[] = {
+      {"coast", 0, 0, 1}, {"forest", 55, 10, 1}, {"woods", 95, 8, 4}, {"city", 215, 5, 1}, {"port", 238, 0, 1}};
   for (const Outline& o : outlines) {
     SCOPED_TRACE(o.what);
     const uint8_t terrain = s.ref.TileType[o.pen];
@@ -542,8 +544,8 @@ std::string Misfits(const Session& s, const std::vector<int>& riverBits) {
         const int16_t n = d.HexTile(nx, ny);
         const int nt = d.HexInfo(nx, ny, 0);
         const bool roadThere = ref.TileRoad[n] || nt == 5 || nt == 6 || nt == 14;
-        const bool riverThere = (ref.TileType[n] == 2 || ref.TileType[n] == 11 || ref.TileType[n] == 12) &&
-                                !(road && ref.TileRoad[n]);
+        const bool riverThere =
+            (ref.TileType[n] == 2 || ref.TileType[n] == 11 || ref.TileType[n] == 12) && !(road && ref.TileRoad[n]);
         if (road && ((roadBits >> (side - 1)) & 1) != roadThere)
           out += "road " + std::to_string(x) + "," + std::to_string(y) + " tile " + std::to_string(t) + " side " +
                  std::to_string(side) + "\n";

@@ -1,16 +1,16 @@
 // Editing the map from the main window: SetHex in every mode, the mouse, the
 // selection block, the keys, the buttons and the menu toggles.
-#include <gtest/gtest.h>
-
 #include <cstring>
 #include <memory>
 
+#include <gtest/gtest.h>
+
 #include "document/mapfile.h"
 #include "document/namestore.h"
-#include "editing/startup.h"
 #include "editing/editing.h"
-#include "session.h"
+#include "editing/startup.h"
 #include "minisession.h"
+#include "session.h"
 #include "testutil.h"
 #include "view/geometry.h"
 #include "view/transform.h"
@@ -274,9 +274,10 @@ TEST(StatusLine, PiecesInOrder) {
   d.HexElev(12, 7) = 100;
   d.HexContour(12, 7) = 33;
   SetHexName(*e.s, 12, 7, "Fort");
-  EXPECT_EQ(HexStatusText(*e.s, 12, 7),
-            "Hex: (12, 7) Terrain 1(1)  LM(2) Avaria (Corvia)  Primary Obj.(02) Tile # (7)Fort                 d=4 Elev:-27 "
-            "ContourMap(33)");
+  EXPECT_EQ(
+      HexStatusText(*e.s, 12, 7),
+      "Hex: (12, 7) Terrain 1(1)  LM(2) Avaria (Corvia)  Primary Obj.(02) Tile # (7)Fort                 d=4 Elev:-27 "
+      "ContourMap(33)");
   // An owner without objective and with the same original owner.
   d.HexCtl(12, 7, 1) = 0;
   d.HexOrigOwner(12, 7) = 1;

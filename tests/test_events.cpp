@@ -1,16 +1,16 @@
 // The core's announcements: every form and change has its own classic name,
 // and every command that changes the map says which hexes it touched.
-#include <gtest/gtest.h>
-
 #include <set>
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "analysis/roadcheck.h"
 #include "autotile/passes.h"
-#include "editing/clipboard.h"
 #include "document/document_ops.h"
 #include "document/mapfile.h"
+#include "editing/clipboard.h"
 #include "editing/editing.h"
 #include "editing/mapload.h"
 #include "minisession.h"

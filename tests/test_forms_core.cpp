@@ -1,19 +1,19 @@
 // The tile picker, the control form with its menu entries, the grid and
 // map-image dialogs, and the jump map window's arithmetic, without a window
 // system.
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "editing/startup.h"
+#include <gtest/gtest.h>
+
 #include "editing/controlform.h"
 #include "editing/editing.h"
+#include "editing/startup.h"
 #include "editing/tilepicker.h"
 #include "jumpmap/jumpwindow.h"
-#include "session.h"
 #include "minisession.h"
+#include "session.h"
 #include "testutil.h"
 
 using namespace kv;

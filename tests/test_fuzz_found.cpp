@@ -1,16 +1,16 @@
 // Inputs the fuzz targets of fuzz/ found, each kept as a test with its bytes,
 // and the byte-level entry points those targets (and the editor) read through.
-#include <gtest/gtest.h>
-
 #include <cstring>
 #include <random>
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "autotile/stores.h"
-#include "editing/clipboard.h"
 #include "document/mapfile.h"
 #include "document/namestore.h"
+#include "editing/clipboard.h"
 #include "platform/bitmap.h"
 #include "refdata/nations.h"
 #include "refdata/refdata.h"
@@ -36,12 +36,12 @@ Document SmallMap(int mx, int my) {
 // undefined-behaviour sanitizer, see scripts/test --sanitize).
 TEST(FuzzFound, BmpBitFieldMaskEndingAtTheTopBit) {
   const std::vector<uint8_t> bmp = {
-      'B', 'M', 70, 0, 0, 0, 0, 0, 0, 0, 66, 0, 0, 0,       // file header: pixels at 66
-      40, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 32, 0,    // 1 x 1, 32 bits
-      3, 0, 0, 0, 4, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,      // bit fields
-      0, 0, 0, 0, 0, 0, 0, 0,                              //
-      0, 0, 0, 0xFF, 0, 0, 0xFF, 0, 0, 0xFF, 0, 0,         // masks: red 0xFF000000, green, blue
-      0x44, 0x33, 0x22, 0x11};                             // the pixel 0x11223344
+      'B',  'M',  70,   0,    0, 0, 0,    0, 0, 0,    66, 0, 0, 0,         // file header: pixels at 66
+      40,   0,    0,    0,    1, 0, 0,    0, 1, 0,    0,  0, 1, 0, 32, 0,  // 1 x 1, 32 bits
+      3,    0,    0,    0,    4, 0, 0,    0, 0, 0,    0,  0, 0, 0, 0,  0,  // bit fields
+      0,    0,    0,    0,    0, 0, 0,    0,                               //
+      0,    0,    0,    0xFF, 0, 0, 0xFF, 0, 0, 0xFF, 0,  0,               // masks: red 0xFF000000, green, blue
+      0x44, 0x33, 0x22, 0x11};                                             // the pixel 0x11223344
   MemSource in(bmp.data(), bmp.size());
   Bitmap out;
   std::string err;
@@ -163,8 +163,7 @@ TEST(ByteReaders, HexNamesFromIndexAndHeap) {
 
 TEST(ByteReaders, TileListLinesEndAtCrLfOrEither) {
   const std::string list = "017\r\n018\n\r203\r";
-  const std::vector<int16_t> lines =
-      TileListLines({reinterpret_cast<const uint8_t*>(list.data()), list.size()});
+  const std::vector<int16_t> lines = TileListLines({reinterpret_cast<const uint8_t*>(list.data()), list.size()});
   EXPECT_EQ(lines, (std::vector<int16_t>{17, 18, 0, 203}));
   EXPECT_EQ(TileListCount(list.size()), 2);  // 14 bytes: two whole 5-byte records
   EXPECT_EQ(TileListCount(1000000), 32767);

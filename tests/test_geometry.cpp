@@ -1,8 +1,8 @@
 // Hex geometry: pixels, hit tests, neighbours and distances.
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <map>
+
+#include <gtest/gtest.h>
 #include <queue>
 
 #include "session.h"
@@ -52,7 +52,9 @@ TEST(Geometry, HexCellsAndHitTestWithDefaultPitches) {
   EXPECT_EQ(py, 25);
   HexToPixel(s.ref, 1, 1, px, py);
   EXPECT_EQ(py, 50);
-  struct Hit { int px, py, x, y; };
+  struct Hit {
+    int px, py, x, y;
+  };
   for (Hit h : {Hit{10, 10, 0, 0}, Hit{50, 10, 1, 0}, Hit{50, 60, 1, 1}, Hit{10, 60, 0, 0}, Hit{10, 80, 0, 1},
                 Hit{-5, -90, 0, 0}, Hit{99999, 99999, 40, 40}}) {
     int16_t x, y;
@@ -63,7 +65,9 @@ TEST(Geometry, HexCellsAndHitTestWithDefaultPitches) {
 }
 
 TEST(Geometry, NeighboursByColumnParityAndTheWayBack) {
-  struct Case { int x, y, side, nx, ny; };
+  struct Case {
+    int x, y, side, nx, ny;
+  };
   for (Case c : {Case{4, 4, 6, 5, 4}, Case{4, 4, 1, 5, 5}, Case{4, 4, 3, 3, 5}, Case{4, 4, 4, 3, 4},
                  Case{5, 4, 6, 6, 3}, Case{5, 4, 1, 6, 4}, Case{5, 4, 3, 4, 4}, Case{5, 4, 4, 4, 3},
                  Case{5, 4, 2, 5, 5}, Case{5, 4, 5, 5, 3}, Case{5, 4, 7, 5, 4}}) {

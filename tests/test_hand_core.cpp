@@ -1,10 +1,10 @@
 // The core of the editor's comfort: the zoom's steps and the origin that keeps
 // the hex under the pointer, the hexes a pointer's path enters, the live jump
 // map, and the pen in words.
-#include <gtest/gtest.h>
-
 #include <random>
 #include <set>
+
+#include <gtest/gtest.h>
 
 #include "editing/penstatus.h"
 #include "jumpmap/jumpmap.h"
@@ -175,8 +175,8 @@ TEST(HandPen, TheStatusBarsWords) {
 TEST(HandPen, TheKeyListNamesEveryWindowsKeys) {
   std::set<std::string> windows;
   for (const KeyHelp& k : AllKeys()) windows.insert(k.window);
-  for (const char* w : {"Main window", "Tile picker", "Tile data screens", "Control form", "Jump map",
-                        "Bitmap utility", "File dialog"})
+  for (const char* w :
+       {"Main window", "Tile picker", "Tile data screens", "Control form", "Jump map", "Bitmap utility", "File dialog"})
     EXPECT_EQ(windows.count(w), 1u) << w;
   auto has = [](const char* window, const char* key) {
     for (const KeyHelp& k : AllKeys())

@@ -1,21 +1,21 @@
 // The history of steps: undo gives back the document byte for byte, redo
 // gives back the result, the hex-name files included; the modified state,
 // the memory cap and a replaced document.
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <random>
+
+#include <gtest/gtest.h>
 
 #include "analysis/landmass.h"
 #include "analysis/roadcheck.h"
 #include "autotile/passes.h"
-#include "editing/clipboard.h"
 #include "document/document_ops.h"
-#include "editing/history.h"
 #include "document/mapfile.h"
 #include "document/namestore.h"
+#include "editing/clipboard.h"
 #include "editing/controlform.h"
 #include "editing/editing.h"
+#include "editing/history.h"
 #include "editing/mapload.h"
 #include "minisession.h"
 
@@ -64,10 +64,12 @@ void RandomEdit(Session& s, std::mt19937& rng) {
   auto pick = [&](int n) { return static_cast<int>(rng() % static_cast<unsigned>(n)); };
   switch (pick(6)) {
     case 0:
-      for (int i = 0, n = 1 + pick(4); i < n; ++i) d.HexTile(pick(d.W()), pick(d.H())) = static_cast<int16_t>(pick(300) - 20);
+      for (int i = 0, n = 1 + pick(4); i < n; ++i)
+        d.HexTile(pick(d.W()), pick(d.H())) = static_cast<int16_t>(pick(300) - 20);
       break;
     case 1:
-      for (int i = 0, n = 1 + pick(50); i < n; ++i) d.HexInfo(pick(d.W()), pick(d.H()), pick(7)) = static_cast<uint8_t>(rng());
+      for (int i = 0, n = 1 + pick(50); i < n; ++i)
+        d.HexInfo(pick(d.W()), pick(d.H()), pick(7)) = static_cast<uint8_t>(rng());
       break;
     case 2: {
       const int y = pick(d.H());
@@ -253,7 +255,8 @@ TEST(HistoryProperty, EveryHandlerUndoesAndRedoesExactly) {
 
   using Action = std::function<void()>;
   const std::vector<std::pair<const char*, Action>> actions = {
-      {"paint", [&] {
+      {"paint",
+       [&] {
          p.CtlMode = static_cast<int16_t>(pick(3));
          p.SideEdit = pick(4) == 0 ? 2 : 0;
          p.ClearSides = pick(5) == 0 ? -1 : 0;
@@ -269,17 +272,20 @@ TEST(HistoryProperty, EveryHandlerUndoesAndRedoesExactly) {
          p.CurObjType = static_cast<int16_t>(pick(4));
          SetHex(s, static_cast<int16_t>(pick(d.W())), static_cast<int16_t>(pick(d.H())));
        }},
-      {"keys", [&] {
+      {"keys",
+       [&] {
          p.CurHexX = static_cast<int16_t>(pick(d.W()));
          p.CurHexY = static_cast<int16_t>(pick(d.H()));
          const int keys[] = {key::B, key::N, key::R, key::X, key::F4, key::F5, key::F7, key::F8};
          Form_KeyDown(s, keys[pick(8)], 0);
        }},
-      {"block fill", [&] {
+      {"block fill",
+       [&] {
          p.RandomMode = pick(2) == 0 ? -1 : 0;
          Command1_Click(s);
        }},
-      {"names", [&] {
+      {"names",
+       [&] {
          p.CurHexX = static_cast<int16_t>(pick(d.W()));
          p.CurHexY = static_cast<int16_t>(pick(d.H()));
          s.ed.f1.Text2 = "Hex " + std::to_string(pick(1000));
@@ -288,7 +294,8 @@ TEST(HistoryProperty, EveryHandlerUndoesAndRedoesExactly) {
          else
            Command4_Click(s);
        }},
-      {"copy and paste", [&] {
+      {"copy and paste",
+       [&] {
          p.SelX1 = static_cast<int16_t>(pick(d.W()));
          p.SelY1 = static_cast<int16_t>(pick(d.H()));
          p.SelX2 = static_cast<int16_t>(std::min(d.W() - 1, p.SelX1 + pick(6)));
@@ -299,7 +306,8 @@ TEST(HistoryProperty, EveryHandlerUndoesAndRedoesExactly) {
          mPaste_Click(s);
        }},
       {"snapshot", [&] { mUndo_Click(s); }},
-      {"passes", [&] {
+      {"passes",
+       [&] {
          p.DefaultAreaAll = pick(2) == 0 ? -1 : 0;
          p.CurTile = static_cast<int16_t>(pick(tiles));
          switch (pick(7)) {
@@ -313,7 +321,8 @@ TEST(HistoryProperty, EveryHandlerUndoesAndRedoesExactly) {
          }
        }},
       {"woods", [&] { mRndWoods_Click(s); }},
-      {"checks", [&] {
+      {"checks",
+       [&] {
          p.DefaultAreaAll = pick(2) == 0 ? -1 : 0;
          switch (pick(6)) {
            case 0: mDefaultHC_Click(s); break;

@@ -1,16 +1,15 @@
 // The application icon as the generator writes it for the icon theme: every
 // size, transparent around the hex, the colours of the ground and of the
 // first nation's flag where they belong, and an SVG of the same shapes.
-#include <gtest/gtest.h>
-
-#include <sys/wait.h>
-
 #include <cstdlib>
 #include <fstream>
 #include <regex>
 #include <set>
 #include <sstream>
 #include <string>
+#include <sys/wait.h>
+
+#include <gtest/gtest.h>
 
 #include "testutil.h"
 
@@ -61,8 +60,8 @@ std::string Text(const std::string& path) {
 }
 
 int RunGen(const std::string& out, const std::string& sources, const std::string& errFile) {
-  const std::string cmd = std::string(KV_GEN_DATA_EXE) + " --icons '" + out + "' " + kId + " '" + sources +
-                          "' 2>'" + errFile + "'";
+  const std::string cmd =
+      std::string(KV_GEN_DATA_EXE) + " --icons '" + out + "' " + kId + " '" + sources + "' 2>'" + errFile + "'";
   const int rc = std::system(cmd.c_str());
   return WIFEXITED(rc) ? WEXITSTATUS(rc) : -1;
 }
@@ -84,7 +83,8 @@ std::vector<uint32_t> FirstNationColours(const std::string& catalogue) {
 
 int Diff(uint32_t a, uint32_t b) {
   int d = 0;
-  for (int s = 0; s < 24; s += 8) d = std::max(d, std::abs(static_cast<int>((a >> s) & 255) - static_cast<int>((b >> s) & 255)));
+  for (int s = 0; s < 24; s += 8)
+    d = std::max(d, std::abs(static_cast<int>((a >> s) & 255) - static_cast<int>((b >> s) & 255)));
   return d;
 }
 

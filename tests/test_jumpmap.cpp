@@ -28,7 +28,7 @@ TEST(JumpMap, ScaleAndHexPicture) {
   // hw = 40, hh = 33, both ends included; later hexes overdraw earlier ones.
   // Odd column 1 starts at y 0, even column 2 half a pitch (16) lower.
   EXPECT_EQ(j.Picture2.GetPixel(30, 0), TerrainCol(1));
-  EXPECT_EQ(j.Picture2.GetPixel(60, 15), TerrainCol(1));      // column 1 still, 2 begins at 16
+  EXPECT_EQ(j.Picture2.GetPixel(60, 15), TerrainCol(1));  // column 1 still, 2 begins at 16
   EXPECT_EQ(j.Picture2.GetPixel(65, 16), TerrainCol(2));
   EXPECT_EQ(j.Picture2.GetPixel(70, 33), TerrainCol(2));  // column 2 over column 1's right edge
   EXPECT_EQ(j.Picture2.GetPixel(45, 32), TerrainCol(1));  // column 1, row 0: y 0..33...
@@ -79,9 +79,9 @@ TEST(JumpMap, DotPictureAndFilter) {
       d.HexTile(x, y) = 1;
       d.HexInfo(x, y, 0) = 2;
     }
-  d.HexTile(10, 3) = 5;        // a road tile on terrain 2
-  d.HexInfo(11, 4, 0) = 5;     // terrain 5
-  s.view.ScreenW = 200;        // 100 / 150 rounds to 1: both pitches 1
+  d.HexTile(10, 3) = 5;     // a road tile on terrain 2
+  d.HexInfo(11, 4, 0) = 5;  // terrain 5
+  s.view.ScreenW = 200;     // 100 / 150 rounds to 1: both pitches 1
   DrawStrategicMap(s);
   const Bitmap& p = s.jump.Picture2;
   EXPECT_EQ(s.ref.JumpColPitch, 1);
@@ -181,10 +181,10 @@ TEST(JumpMap, FlagViewsOnTheMapBitmap) {
     d.HexCtl(x, y, 1) = static_cast<uint8_t>(kind);
     d.HexOrigOwner(x, y) = static_cast<uint8_t>(orig);
   };
-  obj(5, 5, 1, 2, 2);   // primary, originally Belmont's
-  obj(25, 12, 3, 1, 2); // secondary, originally Belmont's
-  obj(10, 25, 1, 3, 2); // oil: never in a flag view
-  obj(35, 25, 2, 1, 1); // secondary, originally Avaria's
+  obj(5, 5, 1, 2, 2);    // primary, originally Belmont's
+  obj(25, 12, 3, 1, 2);  // secondary, originally Belmont's
+  obj(10, 25, 1, 3, 2);  // oil: never in a flag view
+  obj(35, 25, 2, 1, 1);  // secondary, originally Avaria's
   // No map file of that name: the plain bitmap is made and written first.
   s.ed.dlg.DlgFile = s.App("maps/none.map");
   MakeDirs(s.App("maps"));
@@ -195,7 +195,7 @@ TEST(JumpMap, FlagViewsOnTheMapBitmap) {
   EXPECT_EQ(p.GetPixel(3, 2), 0xFFFFFFu);
   EXPECT_EQ(d.ObjCount, 4);
   // View 0: every objective but oil, at the pixel numbered like the hex.
-  EXPECT_EQ(p.GetPixel(5 + 15, 5 + 10), FlagColour(0, 1));   // 16 x 11
+  EXPECT_EQ(p.GetPixel(5 + 15, 5 + 10), FlagColour(0, 1));  // 16 x 11
   EXPECT_EQ(p.GetPixel(5 + 16, 5 + 10), 0xFFFFFFu);
   EXPECT_EQ(p.GetPixel(25 + 15, 12 + 9), FlagColour(1, 3));  // 16 x 10
   EXPECT_EQ(p.GetPixel(25, 12 + 10), 0xFFFFFFu);
@@ -203,8 +203,8 @@ TEST(JumpMap, FlagViewsOnTheMapBitmap) {
   EXPECT_EQ(p.GetPixel(35, 25), FlagColour(1, 2));
   // A nation's view: its original objectives only, larger.
   ASSERT_TRUE(ZoomFlags(s, 2));
-  EXPECT_EQ(p.GetPixel(5 + 17, 5 + 11), FlagColour(0, 1));   // 18 x 12
-  EXPECT_EQ(p.GetPixel(25 + 17, 12 + 10), FlagColour(1, 3)); // 18 x 11
+  EXPECT_EQ(p.GetPixel(5 + 17, 5 + 11), FlagColour(0, 1));    // 18 x 12
+  EXPECT_EQ(p.GetPixel(25 + 17, 12 + 10), FlagColour(1, 3));  // 18 x 11
   EXPECT_EQ(p.GetPixel(25, 12 + 11), 0xFFFFFFu);
   EXPECT_EQ(p.GetPixel(35, 25), 0xFFFFFFu);
   EXPECT_EQ(p.GetPixel(10, 25), 0xFFFFFFu);

@@ -1,13 +1,13 @@
 // Land and water body numbers: the fast numbering against a plain run of
 // the four sweeps on many generated maps, and the cases that pin the rules.
-#include <gtest/gtest.h>
-
-#include <queue>
 #include <random>
 
+#include <gtest/gtest.h>
+#include <queue>
+
 #include "analysis/landmass.h"
-#include "session.h"
 #include "landmass_plain.h"
+#include "session.h"
 #include "view/geometry.h"
 
 using namespace kv;

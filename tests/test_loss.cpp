@@ -3,25 +3,25 @@
 // and each time the files the save would have replaced must still hold their
 // old bytes; a load that is refused must leave the open map, its hex names and
 // its paths as they were.
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <functional>
 #include <map>
 
+#include <gtest/gtest.h>
+
 #include "analysis/aitables.h"
 #include "autotile/stores.h"
-#include "editing/clipboard.h"
 #include "document/document_ops.h"
-#include "editing/fileflow.h"
 #include "document/mapfile.h"
 #include "document/namestore.h"
+#include "editing/clipboard.h"
+#include "editing/fileflow.h"
 #include "editing/mapload.h"
 #include "editing/startup.h"
+#include "minisession.h"
 #include "platform/fileio.h"
 #include "scenario/scenario_text.h"
 #include "session.h"
-#include "minisession.h"
 #include "testutil.h"
 
 using namespace kv;
@@ -138,35 +138,39 @@ TEST(LossOnSave, MapLevelsControlAndHexNamesSurviveEveryFailedWrite) {
   Snapshot kept = Take(oldFiles);
   for (auto& [p, b] : names) kept[p] = b;
   Snapshot last = kept;  // the files as the run about to fail finds them
-  const int saveAs = FailEachWrite(kept, [&] {
-    f.ui.answers.push_back(vbOK);
-    SaveMapAs(*f.s, f.maps.path(), "old");
-  }, [&](int at) {
-    ASSERT_FALSE(f.ui.messages.empty()) << at;
-    const std::string& msg = f.ui.messages.back();
-    if (msg.find("could not be saved") != std::string::npos) {
-      // Not one of the files changed in this run.
-      for (const auto& [p, bytes] : last) EXPECT_EQ(kvtest::ReadBytes(p), bytes) << p << " at write " << at;
-      EXPECT_EQ(f.d().MapPath, path) << at;
-      EXPECT_EQ(f.d().MapFile, file) << at;
-      EXPECT_EQ(f.d().NdxPath, ndx) << at;
-      EXPECT_EQ(f.d().StrPath, str) << at;
-      EXPECT_EQ(f.s->forms.Form1Caption, caption) << at;
-    } else {
-      EXPECT_NE(msg.find("The hex names could not be copied: cannot write " + f.maps / "old."), std::string::npos)
-          << msg;
-      // The map was saved under its new name and its names were not copied:
-      // go back to editing other.map for the next run.
-      f.d().MapPath = path;
-      f.d().MapFile = file;
-      f.d().NdxPath = ndx;
-      f.d().StrPath = str;
-      ReopenNameStore(*f.s);
-      last = Take(oldFiles);
-    }
-    f.ui.messages.clear();
-    f.ui.answers.clear();
-  }, /*orNew=*/true);
+  const int saveAs = FailEachWrite(
+      kept,
+      [&] {
+        f.ui.answers.push_back(vbOK);
+        SaveMapAs(*f.s, f.maps.path(), "old");
+      },
+      [&](int at) {
+        ASSERT_FALSE(f.ui.messages.empty()) << at;
+        const std::string& msg = f.ui.messages.back();
+        if (msg.find("could not be saved") != std::string::npos) {
+          // Not one of the files changed in this run.
+          for (const auto& [p, bytes] : last) EXPECT_EQ(kvtest::ReadBytes(p), bytes) << p << " at write " << at;
+          EXPECT_EQ(f.d().MapPath, path) << at;
+          EXPECT_EQ(f.d().MapFile, file) << at;
+          EXPECT_EQ(f.d().NdxPath, ndx) << at;
+          EXPECT_EQ(f.d().StrPath, str) << at;
+          EXPECT_EQ(f.s->forms.Form1Caption, caption) << at;
+        } else {
+          EXPECT_NE(msg.find("The hex names could not be copied: cannot write " + f.maps / "old."), std::string::npos)
+              << msg;
+          // The map was saved under its new name and its names were not copied:
+          // go back to editing other.map for the next run.
+          f.d().MapPath = path;
+          f.d().MapFile = file;
+          f.d().NdxPath = ndx;
+          f.d().StrPath = str;
+          ReopenNameStore(*f.s);
+          last = Take(oldFiles);
+        }
+        f.ui.messages.clear();
+        f.ui.answers.clear();
+      },
+      /*orNew=*/true);
   EXPECT_GE(saveAs, 5);  // three map files and two name files
   ExpectNoLeftovers(f.maps.path());
 }
@@ -194,12 +198,16 @@ TEST(LossOnSave, SnapshotClipboardAndObjectiveTablesSurviveEveryFailedWrite) {
   ASSERT_TRUE(f.ui.messages.empty()) << f.ui.messages[0];
   f.s->pens.SelX2 = 4;
   f.ui.messages.clear();
-  EXPECT_GE(FailEachWrite(Take({f.app / "copybuff.dat"}), [&] { mCopy_Click(*f.s); }, [&](int at) {
-    ASSERT_EQ(f.ui.messages.size(), 1u) << at;
-    EXPECT_EQ(f.ui.messages[0].rfind("The block could not be copied: cannot write " + f.app / "copybuff.dat", 0), 0u);
-    f.ui.messages.clear();
-  }),
-            1);
+  EXPECT_GE(
+      FailEachWrite(
+          Take({f.app / "copybuff.dat"}), [&] { mCopy_Click(*f.s); },
+          [&](int at) {
+            ASSERT_EQ(f.ui.messages.size(), 1u) << at;
+            EXPECT_EQ(
+                f.ui.messages[0].rfind("The block could not be copied: cannot write " + f.app / "copybuff.dat", 0), 0u);
+            f.ui.messages.clear();
+          }),
+      1);
 
   // The objective tables.
   ASSERT_GE(f.d().ObjCount, 2);
@@ -210,10 +218,12 @@ TEST(LossOnSave, SnapshotClipboardAndObjectiveTablesSurviveEveryFailedWrite) {
   f.d().HexOrigOwner(3, 4) = 1;
   BuildObjList(*f.s);
   f.ui.messages.clear();
-  EXPECT_GE(FailEachWrite(Take({AIFilePath(*f.s)}), [&] { WriteAIFile(*f.s, 2); }, [&](int at) {
-    EXPECT_EQ(f.ui.messages.size(), 1u) << at;
-    f.ui.messages.clear();
-  }),
+  EXPECT_GE(FailEachWrite(
+                Take({AIFilePath(*f.s)}), [&] { WriteAIFile(*f.s, 2); },
+                [&](int at) {
+                  EXPECT_EQ(f.ui.messages.size(), 1u) << at;
+                  f.ui.messages.clear();
+                }),
             2);
   ExpectNoLeftovers(f.app.path());
   ExpectNoLeftovers(f.maps.path());
@@ -227,25 +237,30 @@ TEST(LossOnSave, ScenarioFilesAndPatternStoresSurviveEveryFailedWrite) {
   kvtest::WriteText(f.maps / "war.oob", "the old order of battle");
   kvtest::WriteText(f.maps / "war.scn", "the old scenario");
   const Snapshot scenario = Take({f.maps / "war.oob", f.maps / "war.scn"});
-  EXPECT_GE(FailEachWrite(scenario, [&] {
-    kvtest::WriteText(f.app / "game015.oob", "the new order of battle");
-    s.scn.SetPath = f.maps / "front 15.set";
-    s.scn.OobTmpPath = f.app / "game015.oob";
-    f.ui.answers.push_back(vbOK);
-    FinishScenarioAtSave(s, map);
-  }, [&](int at) {
-    ASSERT_FALSE(f.ui.messages.empty()) << at;
-    const std::string& msg = f.ui.messages.back();
-    if (msg.find("order of battle could not be copied") != std::string::npos) {
-      // The only copy of the new order of battle is kept.
-      EXPECT_TRUE(FileExists(f.app / "game015.oob")) << at;
-    } else {
-      EXPECT_NE(msg.find("The scenario file " + f.maps / "war.scn" + " could not be written"), std::string::npos)
-          << msg;
-    }
-    f.ui.messages.clear();
-    f.ui.answers.clear();
-  }, /*orNew=*/true),
+  EXPECT_GE(FailEachWrite(
+                scenario,
+                [&] {
+                  kvtest::WriteText(f.app / "game015.oob", "the new order of battle");
+                  s.scn.SetPath = f.maps / "front 15.set";
+                  s.scn.OobTmpPath = f.app / "game015.oob";
+                  f.ui.answers.push_back(vbOK);
+                  FinishScenarioAtSave(s, map);
+                },
+                [&](int at) {
+                  ASSERT_FALSE(f.ui.messages.empty()) << at;
+                  const std::string& msg = f.ui.messages.back();
+                  if (msg.find("order of battle could not be copied") != std::string::npos) {
+                    // The only copy of the new order of battle is kept.
+                    EXPECT_TRUE(FileExists(f.app / "game015.oob")) << at;
+                  } else {
+                    EXPECT_NE(msg.find("The scenario file " + f.maps / "war.scn" + " could not be written"),
+                              std::string::npos)
+                        << msg;
+                  }
+                  f.ui.messages.clear();
+                  f.ui.answers.clear();
+                },
+                /*orNew=*/true),
             2);
   EXPECT_FALSE(FileExists(f.app / "game015.oob"));  // moved once it got through
 
@@ -253,13 +268,13 @@ TEST(LossOnSave, ScenarioFilesAndPatternStoresSurviveEveryFailedWrite) {
   const std::string store = f.app / "mapedit/riverpatterns/r01.txt";
   kvtest::WriteText(store, "0-0-0-0-0-0,0\r\n1-1-0-0-0-0,4\r\n-1\r\n");
   const Snapshot patterns = Take({store});
-  EXPECT_GE(FailEachWrite(patterns, [&] {
-    StorePatternPair(s, store, "0-1-1-0-0-0", 3, PatternSeed::ZeroPair, {});
-  }, [&](int at) {
-    EXPECT_TRUE(StoreProblemReported(s)) << at;
-    ResetStoreProblem(s);
-    f.ui.messages.clear();
-  }),
+  EXPECT_GE(FailEachWrite(
+                patterns, [&] { StorePatternPair(s, store, "0-1-1-0-0-0", 3, PatternSeed::ZeroPair, {}); },
+                [&](int at) {
+                  EXPECT_TRUE(StoreProblemReported(s)) << at;
+                  ResetStoreProblem(s);
+                  f.ui.messages.clear();
+                }),
             1);
   EXPECT_EQ(FindPatternTile(s, store, "1-1-0-0-0-0", false, {}), 4);
   EXPECT_EQ(FindPatternTile(s, store, "0-1-1-0-0-0", false, {}), 3);  // the run that got through

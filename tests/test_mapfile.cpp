@@ -1,9 +1,9 @@
 // Map files: every version's layout read and lifted to the current form, the
 // older interleaved layout, and damaged files of every length.
-#include <gtest/gtest.h>
-
 #include <cstring>
 #include <random>
+
+#include <gtest/gtest.h>
 
 #include "document/mapfile.h"
 #include "refdata/refdata.h"
@@ -74,8 +74,7 @@ std::vector<uint8_t> Encode(const Plain& p, int version) {
   return b;
 }
 
-bool Read(const std::vector<uint8_t>& bytes, LoadedMap& m, std::string* err = nullptr,
-          const RefData& ref = RefData()) {
+bool Read(const std::vector<uint8_t>& bytes, LoadedMap& m, std::string* err = nullptr, const RefData& ref = RefData()) {
   MemSource in(bytes);
   return ReadMapFile(in, ref, m, err);
 }
@@ -218,9 +217,9 @@ TEST(OldMapFile, RecordsGoByColumnWithTheRoadAndRetypeRules) {
   ASSERT_TRUE(ReadMapFile(in, ref, m, &err)) << err;
   ASSERT_TRUE(m.oldFormat);
   const Document& d = m.doc;
-  EXPECT_EQ(d.HexInfo(0, 1, 0), 2);  // retyped from the tile
+  EXPECT_EQ(d.HexInfo(0, 1, 0), 2);                               // retyped from the tile
   for (int s = 1; s <= 6; ++s) EXPECT_EQ(d.HexInfo(0, 1, s), 1);  // the stored 5 gave roads
-  EXPECT_EQ(d.HexInfo(1, 0, 0), 14);  // retyped to a port, but no roads added
+  EXPECT_EQ(d.HexInfo(1, 0, 0), 14);                              // retyped to a port, but no roads added
   EXPECT_EQ(d.HexInfo(1, 0, 1), 0);
   EXPECT_EQ(d.HexInfo(1, 2, 3), 2);
   EXPECT_EQ(d.HexCtl(0, 1, 0), 2);  // second record

@@ -1,12 +1,12 @@
 // The memorise passes write each pattern file once at their end; the files
 // must be those that learning hex by hex, one file write a lesson, leaves.
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <map>
 #include <random>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "autotile/engine.h"
 #include "autotile/passes.h"
@@ -33,8 +33,9 @@ std::map<std::string, std::vector<uint8_t>> Stores(const AutoApp& a) {
 void Paint(AutoApp& a, unsigned seed) {
   a.Fill(23, 17, tl::Open);
   std::mt19937 gen(seed);
-  const int16_t kinds[] = {tl::Road, tl::River, tl::Bridge, tl::Mount, tl::Mount2, tl::Forest, tl::Forest2,
-                           tl::City, tl::River11, tl::Open, tl::Open, tl::ForestRoad, tl::RoughRoad, 86, 94};
+  const int16_t kinds[] = {tl::Road,   tl::River,      tl::Bridge,    tl::Mount,   tl::Mount2,
+                           tl::Forest, tl::Forest2,    tl::City,      tl::River11, tl::Open,
+                           tl::Open,   tl::ForestRoad, tl::RoughRoad, 86,          94};
   for (int x = 0; x <= 23; ++x)
     for (int y = 0; y <= 17; ++y) a.Put(x, y, kinds[gen() % std::size(kinds)]);
   for (int x = 0; x <= 23; x += 3) a.d().HexInfo(x, 5, 1 + x % 6) = 1;
@@ -116,7 +117,7 @@ TEST(MemoriseFiles, ABatchWritesNothingUntilItEnds) {
     StorePatternPair(*a.s, path, "4-0-0-0-0-0", tl::River11, PatternSeed::ZeroPair, {});
     EXPECT_FALSE(fs::exists(path));
   }
-  EXPECT_EQ(a.Text("mapedit/riverpatterns/0-0-0-0-0-0.txt"),
-            "0-0-0-0-0-0,0\r\n0-0-0-0-0-0," + std::to_string(tl::River) + "\r\n4-0-0-0-0-0," +
-                std::to_string(tl::River11) + "\r\n-1\r\n");
+  EXPECT_EQ(a.Text("mapedit/riverpatterns/0-0-0-0-0-0.txt"), "0-0-0-0-0-0,0\r\n0-0-0-0-0-0," +
+                                                                 std::to_string(tl::River) + "\r\n4-0-0-0-0-0," +
+                                                                 std::to_string(tl::River11) + "\r\n-1\r\n");
 }

@@ -31,7 +31,7 @@ TEST(NameStore, RecordsArePaddedAppendedAndOverwritten) {
   EXPECT_EQ(GetHexName(st.s, 2, 1), "Ford                ");
   EXPECT_EQ(st.StrLen(), 20);
   auto ndx = kvtest::ReadBytes(st.s.doc.NdxPath);
-  EXPECT_EQ(ndx[4 * (1 * 5 + 2)], 1);  // first record at position 1
+  EXPECT_EQ(ndx[4 * (1 * 5 + 2)], 1);                // first record at position 1
   SetHexName(st.s, 2, 1, "Ford of the Long River");  // rename in place, cut at 20
   EXPECT_EQ(GetHexName(st.s, 2, 1), "Ford of the Long Riv");
   EXPECT_EQ(st.StrLen(), 20);

@@ -3,12 +3,12 @@
 // the pixels written, whatever the strips, threads and level; a failed write
 // leaves no file; the map's picture drawn strip by strip is the picture drawn
 // whole, also past the 16-bit sides that BMP and the F6 export keep.
-#include <gtest/gtest.h>
-#include <zlib.h>
-
 #include <array>
 #include <filesystem>
 #include <random>
+#include <zlib.h>
+
+#include <gtest/gtest.h>
 
 #include "jumpmap/mapimage.h"
 #include "jumpmap/mappicture.h"
@@ -48,7 +48,8 @@ bool DecodePng(const std::vector<uint8_t>& f, Decoded& out) {
     const std::string type(f.begin() + static_cast<long>(at) + 4, f.begin() + static_cast<long>(at) + 8);
     const uLong crc = crc32(0L, &f[at + 4], len + 4);
     EXPECT_EQ(crc, BE32(&f[at + 8 + len])) << "CRC of " << type;
-    if (type == "IHDR") out.ihdr.assign(f.begin() + static_cast<long>(at) + 8, f.begin() + static_cast<long>(at) + 8 + len);
+    if (type == "IHDR")
+      out.ihdr.assign(f.begin() + static_cast<long>(at) + 8, f.begin() + static_cast<long>(at) + 8 + len);
     if (type == "IDAT") {
       z.insert(z.end(), f.begin() + static_cast<long>(at) + 8, f.begin() + static_cast<long>(at) + 8 + len);
       ++out.idats;
@@ -233,8 +234,8 @@ TEST(PngWrite, AWriteThatFailsAnywhereFailsThePictureAndLeavesNoFile) {
   const Bitmap pic = TestPicture(1500, 2000);  // three strips
   VectorSink whole;
   ASSERT_TRUE(WritePng(pic, whole, PngCompression::Fast, 2));
-  for (size_t room : {size_t{0}, size_t{20}, size_t{40}, whole.bytes.size() / 2, whole.bytes.size() - 13,
-                      whole.bytes.size() - 1}) {
+  for (size_t room :
+       {size_t{0}, size_t{20}, size_t{40}, whole.bytes.size() / 2, whole.bytes.size() - 13, whole.bytes.size() - 1}) {
     for (int threads : {1, 2}) {
       FailingSink sink(room);
       EXPECT_FALSE(WritePng(pic, sink, PngCompression::Fast, threads)) << room;
@@ -250,7 +251,7 @@ TEST(PngWrite, AWriteThatFailsAnywhereFailsThePictureAndLeavesNoFile) {
   EXPECT_FALSE(WritePngFile(path, pic, o, &err));
   SetWriteFaultHook(nullptr);
   EXPECT_NE(err.find(path), std::string::npos) << err;
-  EXPECT_EQ(kvtest::ReadBytes(path).size(), 20u);  // the previous file stands
+  EXPECT_EQ(kvtest::ReadBytes(path).size(), 20u);                                    // the previous file stands
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), {}), 1);  // no temporary left
   EXPECT_FALSE(WritePngFile(dir / "no/such/folder/pic.png", pic, o, &err));
   ASSERT_TRUE(WritePngFile(path, pic, o, &err)) << err;

@@ -1,8 +1,8 @@
 // Drawing the map: the sprite bank, the layers of a hex and their gates,
 // contour codes, the buffer and its one-step scrolls.
-#include <gtest/gtest.h>
-
 #include <set>
+
+#include <gtest/gtest.h>
 
 #include "jumpmap/jumpmap.h"
 #include "platform/fileio.h"
@@ -47,8 +47,7 @@ TEST(PrintHex, KnockOutTileAndEveryLayerInOrder) {
   // The tile fills the hexagon; the corner outside it keeps what lay there.
   EXPECT_EQ(r.At(x, y, {59, 49}), TileColour(d.HexTile(x, y)));
   EXPECT_EQ(r.At(x, y, {0, 0}), 0x0A0B0Cu);
-  EXPECT_EQ(LayersShown(r, x, y),
-            (std::set<int>{kOutline, kObjective, kRoad1, kRoad1 + 3, kRail1 + 1, kContour}));
+  EXPECT_EQ(LayersShown(r, x, y), (std::set<int>{kOutline, kObjective, kRoad1, kRoad1 + 3, kRail1 + 1, kContour}));
   EXPECT_EQ(r.At(x, y, Probe(kContour)), LayerColour(kContour, 63));
   EXPECT_EQ(r.At(x, y, {21, 31}), FlagColour(0, 2));  // the large flag at (FlagDX, FlagDY)
   EXPECT_EQ(r.At(x, y, {20 + 21, 31}), TileColour(d.HexTile(x, y)));
@@ -57,7 +56,7 @@ TEST(PrintHex, KnockOutTileAndEveryLayerInOrder) {
   // top down and each earlier layer comes out on top.
   EXPECT_EQ(r.At(x, y, kCommon), LayerColour(kContour, 63));
   s.pens.ElevMode = -1;
-  s.pens.ElevValue = 3;  // 130 - 127
+  s.pens.ElevValue = 3;   // 130 - 127
   d.HexElev(x, y) = 100;  // no longer above its neighbours: no contour
   s.pens.ElevValue = 100 - 127;
   Print_hex(s, x, y, 0);
@@ -140,8 +139,7 @@ TEST(PrintHex, RoadsOnlyWhileSideEditingRailroadsAlways) {
   EXPECT_EQ(LayersShown(r, 2, 2), (std::set<int>{kRail1 + 1, kRail1 + 3, kRail1 + 5}));
   s.pens.SideEdit = 2;
   Print_hex(s, 2, 2, 0);
-  EXPECT_EQ(LayersShown(r, 2, 2),
-            (std::set<int>{kRoad1, kRoad1 + 2, kRoad1 + 4, kRail1 + 1, kRail1 + 3, kRail1 + 5}));
+  EXPECT_EQ(LayersShown(r, 2, 2), (std::set<int>{kRoad1, kRoad1 + 2, kRoad1 + 4, kRail1 + 1, kRail1 + 3, kRail1 + 5}));
 }
 
 TEST(PrintHex, BlueOverlayConditions) {
@@ -268,15 +266,13 @@ TEST(Buffer, SizeFirstViewAndGridHexes) {
   RedrawBuffers(s);
   for (int x = 0; x <= 21; ++x)
     for (int y = 0; y <= 15; ++y)
-      EXPECT_EQ(LayersShown(r, x, y).count(kBlue), (x % 15 == 0 || y % 5 == 0) ? 1u : 0u)
-          << x << "," << y;
+      EXPECT_EQ(LayersShown(r, x, y).count(kBlue), (x % 15 == 0 || y % 5 == 0) ? 1u : 0u) << x << "," << y;
   // Picture1 is the buffer from (ColPitch, RowPitch).
   const Bitmap& pic = s.sprites.Picture1;
   ASSERT_EQ(pic.Width(), s.view.ViewPixW);
   ASSERT_EQ(pic.Height(), s.view.ViewPixH);
   for (int y = 0; y < pic.Height(); y += 7)
-    for (int x = 0; x < pic.Width(); x += 5)
-      ASSERT_EQ(pic.GetPixel(x, y), s.sprites.BufDC.GetPixel(x + 45, y + 50));
+    for (int x = 0; x < pic.Width(); x += 5) ASSERT_EQ(pic.GetPixel(x, y), s.sprites.BufDC.GetPixel(x + 45, y + 50));
 
   // BuildViewBuffer makes the buffer of that size and draws the first view.
   s.pens.GridOn = 0;
@@ -317,8 +313,8 @@ TEST(Scroll, OneStepMatchesAFullRedrawOfTheNewView) {
     int dx, dy;
     void (*fn)(MapView&);
   };
-  const Move moves[] = {{"left", -1, 0, ScrollLeft}, {"right", 1, 0, ScrollRight},
-                        {"up", 0, -1, ScrollUp}, {"down", 0, 1, ScrollDown}};
+  const Move moves[] = {
+      {"left", -1, 0, ScrollLeft}, {"right", 1, 0, ScrollRight}, {"up", 0, -1, ScrollUp}, {"down", 0, 1, ScrollDown}};
   for (const Move& m : moves) {
     SCOPED_TRACE(m.name);
     RenderSession r(30, 24, 16 * 50);
@@ -363,9 +359,7 @@ TEST(Scroll, OneStepMatchesAFullRedrawOfTheNewView) {
 
     // Hexes present in the scrolled buffer: those of the old buffer's loops,
     // and the column or row that came in.
-    auto inOld = [&](int x, int y) {
-      return x >= vx - 1 && x <= vx + 9 + 1 && y >= vy - 2 && y <= vy + 7 + 1;
-    };
+    auto inOld = [&](int x, int y) { return x >= vx - 1 && x <= vx + 9 + 1 && y >= vy - 2 && y <= vy + 7 + 1; };
     const int nvx = vx + m.dx, nvy = vy + m.dy;
     auto drawnNow = [&](int x, int y) {
       if (m.dx == -1) return x == nvx && y >= nvy && y <= nvy + 8;
@@ -460,8 +454,7 @@ TEST(Marks, BlueAndYellowHexOnlyOnTheViewSurface) {
   const int sx = px - 45 * 2, sy = py - 50 * 1;
   EXPECT_EQ(s.sprites.Picture1.GetPixel(sx + Probe(kBlue).x, sy + Probe(kBlue).y), LayerColour(kBlue));
   YellowHex(s, 4, 3);  // 300: the objective's cell with this geometry
-  EXPECT_EQ(s.sprites.Picture1.GetPixel(sx + Probe(kObjective).x, sy + Probe(kObjective).y),
-            LayerColour(kObjective));
+  EXPECT_EQ(s.sprites.Picture1.GetPixel(sx + Probe(kObjective).x, sy + Probe(kObjective).y), LayerColour(kObjective));
   BlitPic1(s);
   EXPECT_EQ(s.sprites.Picture1, pic);
   // A hex far outside the view changes nothing.

@@ -57,7 +57,7 @@ TEST(RoadCheck, CountsRoadTilesNotCities) {
   RoadMap m(9, 9);
   m.Put(2, 2, 1);
   m.Put(3, 3, 2);
-  m.Put(4, 4, 4);  // a city, whose tile carries no road
+  m.Put(4, 4, 4);               // a city, whose tile carries no road
   m.s.doc.HexTile(5, 5) = 999;  // out of the table: no road
   EXPECT_EQ(CountRoadHexes(m.s), 2);
   mCountRoad_Click(m.s);
@@ -97,11 +97,11 @@ TEST(RoadCheck, DeadEndsInsideTheMapOnlyAndControlRules) {
   RoadMap c(9, 9);
   c.Road(3);
   c.s.doc.HexCtl(3, 6, 0) = 0;
-  c.Put(6, 2, 4);       // city
-  c.Put(6, 4, 8, 2);    // road end, owned: fine
-  c.Put(7, 7, 7);       // port
-  c.Put(8, 3, 5, 1);    // forest with an owner
-  c.Put(8, 5, 6);       // sea, no owner: fine
+  c.Put(6, 2, 4);     // city
+  c.Put(6, 4, 8, 2);  // road end, owned: fine
+  c.Put(7, 7, 7);     // port
+  c.Put(8, 3, 5, 1);  // forest with an owner
+  c.Put(8, 5, 6);     // sea, no owner: fine
   f = FindAllFaults(c.s);
   ASSERT_EQ(f.size(), 4u);
   EXPECT_EQ(f[0], (HexFault{3, 6, FaultKind::NoOwner}));
@@ -118,8 +118,8 @@ TEST(RoadCheck, NextFaultSearchStartsAtTheGivenColumnAndStopsThere) {
   RoadMap m(12, 9);
   m.Road(2);
   m.Road(8);
-  m.Put(2, 6, 0);  // gap: dead ends at (2, 5) and (2, 7)
-  m.Put(8, 3, 0);  // gap: dead ends at (8, 2) and (8, 4)
+  m.Put(2, 6, 0);      // gap: dead ends at (2, 5) and (2, 7)
+  m.Put(8, 3, 0);      // gap: dead ends at (8, 2) and (8, 4)
   m.Put(10, 6, 5, 3);  // owned forest
   int16_t x = -1, y = -1;
   ASSERT_TRUE(FindNextFault(m.s, 0, x, y));
@@ -151,8 +151,8 @@ TEST(RoadCheck, VerifyRepairsAndCountsOnlyBadValues) {
   d.HexCtl(3, 3, 1) = 2;  // owned: kept
 
   d.HexTile(0, 0) = -1;
-  d.HexTile(5, 5) = 9;  // TileMax is 8
-  d.HexTile(4, 4) = 8;  // fine
+  d.HexTile(5, 5) = 9;      // TileMax is 8
+  d.HexTile(4, 4) = 8;      // fine
   d.HexInfo(1, 4, 0) = 15;  // TerrainMax is 14
   d.HexInfo(2, 4, 0) = 14;
   EXPECT_EQ(VerifyHexData(m.s), 3);
@@ -201,9 +201,7 @@ TEST(RoadCheck, BulkAreaAndControlByTerrain) {
   d.HexCtl(19, 4, 1) = 1;
   m.Put(2, 2, 5, 1);  // outside the screen area
   SetDefaultControl(s, HexArea{14, 20, 3, 7});
-  auto ctl = [&](int x, int y) {
-    return std::vector<int>{d.HexCtl(x, y, 0), d.HexOrigOwner(x, y), d.HexCtl(x, y, 1)};
-  };
+  auto ctl = [&](int x, int y) { return std::vector<int>{d.HexCtl(x, y, 0), d.HexOrigOwner(x, y), d.HexCtl(x, y, 1)}; };
   EXPECT_EQ(ctl(15, 4), (std::vector<int>{2, 3, 4}));
   EXPECT_EQ(ctl(16, 4), (std::vector<int>{2, 3, 1}));
   EXPECT_EQ(ctl(17, 4), (std::vector<int>{2, 3, 2}));
@@ -243,8 +241,8 @@ TEST(RoadCheck, FaultFinderMovesTheViewAndSearchesFromItsLeftColumn) {
   EXPECT_TRUE(m.ui.messages.empty());
   // Column 0 now lies left of the view: the next search finds column 3.
   mNextUnconnected_Click(s);
-  EXPECT_EQ(v.ViewX, 1);  // 3 - 5
-  EXPECT_EQ(v.ViewY, 1);  // 2 - 4
+  EXPECT_EQ(v.ViewX, 1);      // 3 - 5
+  EXPECT_EQ(v.ViewY, 1);      // 2 - 4
   s.doc.HexCtl(3, 2, 0) = 0;  // the designer repairs it
   mNextUnconnected_Click(s);
   EXPECT_EQ(v.ViewX, 30);  // 38 - 5, held at the bar's maximum

@@ -66,8 +66,8 @@ std::string Oob(const ScenarioImport& im, const RefData& ref = Ref()) {
 TEST(ScenarioSet, RoadSideCascade) {
   using V = std::vector<int>;
   EXPECT_EQ(SidesOf(0), V{});
-  EXPECT_EQ(SidesOf(4), (V{5, 6}));             // no side of its own: 2, then 1
-  EXPECT_EQ(SidesOf(64), (V{1, 2, 3, 5, 6}));   // 32, 16, 8, 2, 1 in turn
+  EXPECT_EQ(SidesOf(4), (V{5, 6}));            // no side of its own: 2, then 1
+  EXPECT_EQ(SidesOf(64), (V{1, 2, 3, 5, 6}));  // 32, 16, 8, 2, 1 in turn
   EXPECT_EQ(SidesOf(255), (V{1, 2, 3, 4, 5, 6}));
   EXPECT_EQ(SidesOf(128), V{4});
   EXPECT_EQ(SidesOf(32), V{3});
@@ -107,7 +107,7 @@ TEST(ScenarioSet, PlanesGoOneColumnRightAndColumnZeroRepeatsTheFirst) {
       const uint8_t owner = static_cast<uint8_t>(i % 5);
       EXPECT_EQ(d.HexCtl(x + 1, y, 0), owner);
       EXPECT_EQ(d.HexCtl(x + 1, y, 1), owner ? 1 : 0);  // owner 0 leaves both at 0
-      EXPECT_EQ(d.HexElev(x + 1, y), 0);                 // not the level ground of a new map
+      EXPECT_EQ(d.HexElev(x + 1, y), 0);                // not the level ground of a new map
     }
   for (int y = 0; y <= 4; ++y) {
     EXPECT_EQ(d.HexTile(0, y), d.HexTile(1, y));
@@ -231,10 +231,10 @@ TEST(ScenarioSet, UnitsTakeTheRunningSideAndMarkTheirDeploymentHex) {
 
 TEST(ScenarioSet, EquipmentNamesAreTrimmedAndFilledToTwenty) {
   std::vector<uint8_t> eqp = kvtest::PgEquipment({
-      "Twenty Char Name 123",             // all 20 used
-      "Short",                            // NUL padded
+      "Twenty Char Name 123",                                 // all 20 used
+      "Short",                                                // NUL padded
       std::string("Mixed  ") + std::string(3, '\0') + "   ",  // blanks, NULs, blanks
-      "   ",                              // blanks then NULs: the blanks stay
+      "   ",                                                  // blanks then NULs: the blanks stay
   });
   auto name = [&](int i) {
     MemSource src(eqp);

@@ -1,13 +1,13 @@
 // Importing a scenario set in a whole session: the dialog's Load for sets,
 // the order of battle waiting in the program folder, Save As finishing the
 // scenario once, and faults that leave the open map as it was.
-#include <gtest/gtest.h>
-
 #include <memory>
 
+#include <gtest/gtest.h>
+
 #include "document/document_ops.h"
-#include "editing/fileflow.h"
 #include "document/namestore.h"
+#include "editing/fileflow.h"
 #include "editing/mapload.h"
 #include "editing/startup.h"
 #include "pgfiles.h"

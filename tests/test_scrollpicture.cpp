@@ -1,11 +1,11 @@
 // One-step scrolls through the scroll bars give the picture of a full redraw,
 // pixel for pixel, after any sequence of steps; the contour codes are
 // refreshed only for the hexes the step itself draws.
-#include <gtest/gtest.h>
-
 #include <random>
 #include <set>
 #include <utility>
+
+#include <gtest/gtest.h>
 
 #include "renderkit.h"
 #include "view/render_api.h"
@@ -88,8 +88,8 @@ TEST(ScrollPicture, RandomStepsAtSeveralSizesEqualAFullRedraw) {
   };
   // Odd and even first columns and rows, views that reach the map's edges,
   // the grid and the outlines.
-  const Case cases[] = {{8, 6, 0, 0, false, false},  {9, 7, 3, 2, true, false},   {12, 5, 4, 5, false, true},
-                        {5, 9, 7, 1, true, true},    {15, 11, 10, 8, false, false}, {3, 2, 1, 1, false, false}};
+  const Case cases[] = {{8, 6, 0, 0, false, false}, {9, 7, 3, 2, true, false},     {12, 5, 4, 5, false, true},
+                        {5, 9, 7, 1, true, true},   {15, 11, 10, 8, false, false}, {3, 2, 1, 1, false, false}};
   std::mt19937 rng(2611);
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::Message() << c.cols << "x" << c.rows << " at " << c.vx << "," << c.vy);

@@ -1,18 +1,19 @@
 // A whole session: start-up, new maps, load and save through the program's
 // own procedures, the snapshot, and what a failure leaves behind.
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <gtest/gtest.h>
+
 #include "document/document_ops.h"
-#include "editing/fileflow.h"
 #include "document/mapfile.h"
 #include "document/namestore.h"
+#include "editing/fileflow.h"
 #include "editing/mapload.h"
 #include "editing/startup.h"
+#include "minisession.h"
 #include "platform/fileio.h"
 #include "session.h"
-#include "minisession.h"
 #include "testutil.h"
 
 using namespace kv;

@@ -1,24 +1,24 @@
 // Small rules that a one-token change of the code would break without any
 // other test noticing: loop bounds, parities, source rows, corners, the
 // direction of a line, the narrowest copy and the smallest accepted count.
-#include <gtest/gtest.h>
-
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "bitmaputil/bitmaputil.h"
 #include "document/mapinfo.h"
-#include "platform/filestamp.h"
 #include "jumpmap/jumpmap.h"
 #include "minisession.h"
 #include "pgfiles.h"
 #include "platform/bitmap.h"
 #include "platform/bytes.h"
+#include "platform/filestamp.h"
 #include "refdata/tables.h"
 #include "scenario/pgformat.h"
-#include "view/geometry.h"
 #include "session.h"
 #include "view/compose.h"
+#include "view/geometry.h"
 #include "view/spritebank.h"
 
 using namespace kv;

@@ -11,9 +11,7 @@
 using namespace kv;
 
 namespace {
-std::span<const uint8_t> Bytes(const std::string& s) {
-  return {reinterpret_cast<const uint8_t*>(s.data()), s.size()};
-}
+std::span<const uint8_t> Bytes(const std::string& s) { return {reinterpret_cast<const uint8_t*>(s.data()), s.size()}; }
 }  // namespace
 
 TEST(FieldReader, CommasLineEndsQuotesAndBlanks) {
@@ -63,9 +61,9 @@ TEST(Tables, RoadBytesGoClockwiseFromTheTop) {
   RefData ref;
   ref.TileMax = 4;
   std::vector<uint8_t> b(6 * 4, 0);  // one tile short: tile 4 has no road
-  b[6 * 1 + 0] = 1;                   // tile 1, byte 0: side 5
-  b[6 * 1 + 2] = 255;                 // byte 2: side 1
-  b[6 * 3 + 5] = 2;                   // tile 3, byte 5: side 4
+  b[6 * 1 + 0] = 1;                  // tile 1, byte 0: side 5
+  b[6 * 1 + 2] = 255;                // byte 2: side 1
+  b[6 * 3 + 5] = 2;                  // tile 3, byte 5: side 4
   ParseRoadInfo(b, ref);
   EXPECT_EQ(ref.RoadRows(), 2);
   EXPECT_EQ(ref.RoadTable(0, 1), 1);
@@ -145,7 +143,8 @@ TEST(Tables, HexInfoDerivesThePitches) {
 TEST(Nations, SortByByteValueWithTiesByNumber) {
   NationList l;
   std::string err;
-  ASSERT_TRUE(ParseNations(Bytes("5\r\n\"beta\",1\r\n\"Zed\",2\r\nalpha,3\r\n\"Zed\",9\r\n\"Beta\",4\r\n"), l, &err)) << err;
+  ASSERT_TRUE(ParseNations(Bytes("5\r\n\"beta\",1\r\n\"Zed\",2\r\nalpha,3\r\n\"Zed\",9\r\n\"Beta\",4\r\n"), l, &err))
+      << err;
   RefData ref;
   ref.NationCount = l.NationCount;
   ref.NationName = l.NationName;

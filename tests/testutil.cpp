@@ -1,12 +1,11 @@
 #include "testutil.h"
 
-#include <unistd.h>
-
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -83,8 +82,8 @@ void MakeMiniApp(const std::string& dir, const MiniApp& mini) {
   WriteBytes(dir + "/bmp/mapl.bmp", SolidBmp(16 * 60, rows * 50, 0x00336633));
   std::string terrain = "terrains," + std::to_string(mini.terrains) + ",x\r\n";
   for (int t = 0; t < mini.terrains; ++t)
-    terrain += "\"Terrain " + std::to_string(t) + "\",0,0,0," + std::to_string(t * 10) + "," +
-               std::to_string(100 + t) + "," + std::to_string(200 - t) + ",0\r\n";
+    terrain += "\"Terrain " + std::to_string(t) + "\",0,0,0," + std::to_string(t * 10) + "," + std::to_string(100 + t) +
+               "," + std::to_string(200 - t) + ",0\r\n";
   WriteText(dir + "/data/terrain.txt", terrain);
   const int sheetTiles = rows * 16;
   std::vector<uint8_t> types(sheetTiles);

@@ -36,10 +36,10 @@ std::vector<uint8_t> SolidBmp(int w, int h, uint32_t rgb);
 struct MiniApp {
   int tiles = 32;
   int terrains = 15;
-  std::vector<uint8_t> types;                   // per tile; empty: t % terrains
-  std::vector<std::vector<uint8_t>> roads;      // per tile, 6 bytes; missing: no road
+  std::vector<uint8_t> types;               // per tile; empty: t % terrains
+  std::vector<std::vector<uint8_t>> roads;  // per tile, 6 bytes; missing: no road
   std::vector<std::string> nations = {"Avaria", "Belmont", "Corvia"};
-  bool writeTileType = true;                    // also write mapedit/tiletype.dat
+  bool writeTileType = true;  // also write mapedit/tiletype.dat
 };
 void MakeMiniApp(const std::string& dir, const MiniApp& mini = {});
 

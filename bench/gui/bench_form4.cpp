@@ -7,14 +7,14 @@
 //
 // Runs on Qt's offscreen platform unless QT_QPA_PLATFORM names another (under
 // xvfb-run: QT_QPA_PLATFORM=xcb).
-#include <benchmark/benchmark.h>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
 #include <unistd.h>
 
 #include <QApplication>
 #include <QCoreApplication>
-#include <cstdlib>
-#include <filesystem>
-#include <memory>
+#include <benchmark/benchmark.h>
 
 #include "bitmaputil/bitmaputil.h"
 #include "bitmaputil/bitmaputil_internal.h"
@@ -94,8 +94,8 @@ void BM_ReduceColours_ShownByColumns(benchmark::State& st) {
     st.ResumeTiming();
     w.Pass(true);
   }
-  st.counters["frames_per_run"] =
-      benchmark::Counter(static_cast<double>(w.form->columnRefreshes() - before) / static_cast<double>(st.iterations()));
+  st.counters["frames_per_run"] = benchmark::Counter(static_cast<double>(w.form->columnRefreshes() - before) /
+                                                     static_cast<double>(st.iterations()));
 }
 BENCHMARK(BM_ReduceColours_ShownByColumns)->Unit(benchmark::kMillisecond)->MinTime(2.0);
 

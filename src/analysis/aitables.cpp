@@ -54,12 +54,24 @@ void AIFieldMaker::Compute(int ox, int oy, std::vector<int32_t>& work, int16_t* 
       for (int k = 0; k < R; ++k) {
         const bool even = (cx & 1) == 0;
         switch (side) {
-          case 1: cx += 1; cy += even ? 1 : 0; break;
+          case 1:
+            cx += 1;
+            cy += even ? 1 : 0;
+            break;
           case 2: cy += 1; break;
-          case 3: cx -= 1; cy += even ? 1 : 0; break;
-          case 4: cx -= 1; cy -= even ? 0 : 1; break;
+          case 3:
+            cx -= 1;
+            cy += even ? 1 : 0;
+            break;
+          case 4:
+            cx -= 1;
+            cy -= even ? 0 : 1;
+            break;
           case 5: cy -= 1; break;
-          default: cx += 1; cy -= even ? 0 : 1; break;
+          default:
+            cx += 1;
+            cy -= even ? 0 : 1;
+            break;
         }
         if (static_cast<unsigned>(cx) > static_cast<unsigned>(maxX) ||
             static_cast<unsigned>(cy) > static_cast<unsigned>(maxY))

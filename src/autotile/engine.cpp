@@ -125,9 +125,8 @@ void TilePattern(MapView& s, int16_t x, int16_t y, int16_t& tile) {
   tile = -1;
   const RefData& ref = s.ref;
   const int T = PenTerrain(s);
-  const RingOutline r = Outline(s, x, y, Edge::From0, [&](int nx, int ny) {
-    return ref.TypeOf(s.doc.HexTile(nx, ny)) == T;
-  });
+  const RingOutline r =
+      Outline(s, x, y, Edge::From0, [&](int nx, int ny) { return ref.TypeOf(s.doc.HexTile(nx, ny)) == T; });
   const std::string folder = s.App("mapedit/tilep" + TerrainNN(T));
   EnsureFolder(s, folder);
   tile = FindPatternTile(s, folder + "/" + PatternMask(r, false) + ".txt", PatternKey(r), true);
@@ -138,9 +137,8 @@ void TilePattern(MapView& s, int16_t x, int16_t y, int16_t& tile) {
 void CheckRivers(MapView& s, int16_t x, int16_t y, int16_t& tile) {
   tile = -1;
   const RefData& ref = s.ref;
-  const RingOutline r = Outline(s, x, y, Edge::From0, [&](int nx, int ny) {
-    return RiverFamily(ref.TypeOf(s.doc.HexTile(nx, ny)));
-  });
+  const RingOutline r =
+      Outline(s, x, y, Edge::From0, [&](int nx, int ny) { return RiverFamily(ref.TypeOf(s.doc.HexTile(nx, ny))); });
   tile = FindPatternTile(s, Store(s, "riverpatterns", PatternMask(r, true)), PatternKey(r), true);
   if (ref.RoadOf(tile) == 1) tile = -1;  // the river store never paints a bridge
 }
@@ -261,9 +259,8 @@ void NewBridgePattern(MapView& s, int16_t x, int16_t y, int16_t tile) {
 
 void NewRiverPattern(MapView& s, int16_t x, int16_t y, int16_t tile) {
   const RefData& ref = s.ref;
-  const RingOutline r = Outline(s, x, y, Edge::From1, [&](int nx, int ny) {
-    return RiverFamily(ref.TypeOf(s.doc.HexTile(nx, ny)));
-  });
+  const RingOutline r =
+      Outline(s, x, y, Edge::From1, [&](int nx, int ny) { return RiverFamily(ref.TypeOf(s.doc.HexTile(nx, ny))); });
   const std::string key = PatternKey(r);
   StorePatternPair(s, Store(s, "riverpatterns", PatternMask(r, true)), key, tile, PatternSeed::ZeroPair,
                    DropOldSameOrForeign(s, key, s.doc.HexInfo(x, y, 0)));
@@ -272,9 +269,8 @@ void NewRiverPattern(MapView& s, int16_t x, int16_t y, int16_t tile) {
 void SavePattern(MapView& s, int16_t x, int16_t y, int16_t tile) {
   const RefData& ref = s.ref;
   const int T = PenTerrain(s);
-  const RingOutline r = Outline(s, x, y, Edge::From1, [&](int nx, int ny) {
-    return ref.TypeOf(s.doc.HexTile(nx, ny)) == T;
-  });
+  const RingOutline r =
+      Outline(s, x, y, Edge::From1, [&](int nx, int ny) { return ref.TypeOf(s.doc.HexTile(nx, ny)) == T; });
   const std::string folder = s.App("mapedit/tilep" + TerrainNN(T));
   EnsureFolder(s, folder);
   const std::string key = PatternKey(r);

@@ -254,8 +254,7 @@ void LearnVisibleForests(MapView& s) {
     const StoreBatch batch(s);
     for (int x = a.x1; x <= a.x2; ++x)
       for (int y = a.y1; y <= a.y2; ++y)
-        if (d.HexInfo(x, y, 0) == 8)
-          NewPattern(s, static_cast<int16_t>(x), static_cast<int16_t>(y), d.HexTile(x, y));
+        if (d.HexInfo(x, y, 0) == 8) NewPattern(s, static_cast<int16_t>(x), static_cast<int16_t>(y), d.HexTile(x, y));
   }
   s.SetPointer(vbArrow);
 }

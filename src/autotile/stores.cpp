@@ -11,8 +11,8 @@
 
 #include "document/mapstate.h"
 #include "platform/bytes.h"
-#include "platform/filestamp.h"
 #include "platform/fileio.h"
+#include "platform/filestamp.h"
 #include "platform/textfields.h"
 #include "view/geometry.h"
 
@@ -177,7 +177,8 @@ std::string SideDigits(const std::array<bool, 6>& match) {
 }
 
 std::string TerrainNN(int terrain) {
-  if (terrain >= 0 && terrain < 100) return {static_cast<char>('0' + terrain / 10), static_cast<char>('0' + terrain % 10)};
+  if (terrain >= 0 && terrain < 100)
+    return {static_cast<char>('0' + terrain / 10), static_cast<char>('0' + terrain % 10)};
   return std::to_string(terrain);
 }
 
@@ -353,8 +354,8 @@ StoreBatch::~StoreBatch() {
   if (ok && any) st.problemReported = false;
 }
 
-void StorePatternPair(MapState& s, const std::string& path, const std::string& key, int16_t tile,
-                      PatternSeed seed, const PairDrop& drop) {
+void StorePatternPair(MapState& s, const std::string& path, const std::string& key, int16_t tile, PatternSeed seed,
+                      const PairDrop& drop) {
   PatternStoreState& st = State(s);
   st.Forget(path);
   if (st.batchDepth > 0) {

@@ -58,9 +58,9 @@ void EnsureFolder(MapState& s, const std::string& folder);
 
 // How a new pattern file starts.
 enum class PatternSeed {
-  Search,      // "\"-1\"" CR LF, written by a search that finds no file
-  Plain,       // "-1" CR LF: road and tile patterns
-  ZeroPair,    // "0-0-0-0-0-0,0" CR LF "-1" CR LF: bridge and river patterns
+  Search,    // "\"-1\"" CR LF, written by a search that finds no file
+  Plain,     // "-1" CR LF: road and tile patterns
+  ZeroPair,  // "0-0-0-0-0-0,0" CR LF "-1" CR LF: bridge and river patterns
 };
 std::string_view SeedText(PatternSeed seed);
 
@@ -86,8 +86,8 @@ int16_t FindPatternTile(MapState& s, const std::string& path, const std::string&
 // are written, so a new or changed pair always ends up last. A missing file
 // is first created in the given seed form.
 using PairDrop = std::function<bool(const std::string& key, const std::string& tileText)>;
-void StorePatternPair(MapState& s, const std::string& path, const std::string& key, int16_t tile,
-                      PatternSeed seed, const PairDrop& drop);
+void StorePatternPair(MapState& s, const std::string& path, const std::string& key, int16_t tile, PatternSeed seed,
+                      const PairDrop& drop);
 
 // For its lifetime, StorePatternPair changes the files' texts in memory and
 // the batch's end writes each changed file once: a pass over a whole map

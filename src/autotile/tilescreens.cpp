@@ -265,7 +265,8 @@ void RoadScreen_Label3_MouseMove(Session& s, int index) {
 
 void TileScreen_Image2_Click(Session& s, TileScreen which, int index) {
   if (index < 0 || index > 5 || which == TileScreen::Terrain) return;
-  std::string& tag = which == TileScreen::Road ? s.tileScreens.f11.Image2Tag[index] : s.tileScreens.f13.Image2Tag[index];
+  std::string& tag =
+      which == TileScreen::Road ? s.tileScreens.f11.Image2Tag[index] : s.tileScreens.f13.Image2Tag[index];
   tag = tag == "1" ? "0" : "1";
   s.ui().Changed(ScreenChanged(which));
 }

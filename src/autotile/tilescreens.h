@@ -23,10 +23,10 @@ enum class TileScreen { Road, Pattern, Terrain };  // Form11, Form13, Form14
 // What every screen has: the enlarged tile, its caption, the bold command.
 struct TileScreenCommon {
   bool Loaded = false;
-  Bitmap Picture1;             // the tile, stretched to the picture's size
-  std::string Label1;          // number and terrain name
+  Bitmap Picture1;     // the tile, stretched to the picture's size
+  std::string Label1;  // number and terrain name
   std::string Label1Tag;
-  int BoldCommand = -1;        // the command shown bold (0 Back, 1 Next, 2 Save), -1 none
+  int BoldCommand = -1;  // the command shown bold (0 Back, 1 Next, 2 Save), -1 none
 };
 
 // Form11: which sides a road leaves the tile by.
@@ -38,10 +38,10 @@ struct RoadScreenState : TileScreenCommon {
 // drawn by the terrain lists at all.
 struct PatternScreenState : TileScreenCommon {
   std::array<std::string, 6> Image2Tag{"0", "0", "0", "0", "0", "0"};
-  int Option1 = 0;           // 0 "NO", 1 "Yes"
+  int Option1 = 0;            // 0 "NO", 1 "Yes"
   bool MarksVisible = false;  // the six marks and Label4 follow Option1
-  std::string Label4;        // the hint
-  std::string OldDigits;     // SideDigits of the tile as shown or last saved
+  std::string Label4;         // the hint
+  std::string OldDigits;      // SideDigits of the tile as shown or last saved
 };
 
 // Form14: the terrain and the random flag.
@@ -49,8 +49,8 @@ struct TerrainScreenState : TileScreenCommon {
   std::vector<std::string> List1;  // every terrain name; the index is the code
   int ListIndex = -1;
   bool List1Enabled = true;
-  std::string Label4;      // name of the stored terrain
-  std::string Label4Tag;   // its code
+  std::string Label4;       // name of the stored terrain
+  std::string Label4Tag;    // its code
   bool Label4Bold = false;  // the stored terrain is not the one in use
   int Option1 = 0;          // 0 "NO", 1 "YES"
 };

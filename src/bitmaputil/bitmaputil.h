@@ -26,9 +26,7 @@ inline int32_t ByteMe(int32_t v) { return v < 0 ? 0 : v > 255 ? 255 : v; }
 ImageStore StoreOf(const Bitmap& bm);
 Bitmap BitmapOf(const ImageStore& img);
 // 0x00RRGGBB of pixel (x, y).
-inline uint32_t PixelRGB(const ImageStore& img, int x, int y) {
-  return RGB(img(2, x, y), img(1, x, y), img(0, x, y));
-}
+inline uint32_t PixelRGB(const ImageStore& img, int x, int y) { return RGB(img(2, x, y), img(1, x, y), img(0, x, y)); }
 
 // Colour reduction of column x: each of channels 0..2 down to a multiple of v
 // (v is never 0 here).

@@ -32,7 +32,7 @@ struct ImageStore {
 // Form15: the three boxes of the new colour and its preview.
 struct Form15State {
   bool Loaded = false;
-  std::string Text1[3];          // red, green, blue as typed
+  std::string Text1[3];              // red, green, blue as typed
   uint32_t Frame1Colour = 0xC0C0C0;  // preview background, 0x00RRGGBB
 };
 
@@ -54,9 +54,9 @@ struct BitmapUtilState {
   // Shared state of the utility.
   ImageStore ImageBits;
   std::string BitmapName;
-  int16_t MapEditMode = 0;   // 1 on, 0 off
-  int16_t ExtremeArmed = 0;  // 1: the next click runs extreme contrast
-  int16_t ReplaceMode = 0;   // -1 from the first "Replace Colour" on
+  int16_t MapEditMode = 0;           // 1 on, 0 off
+  int16_t ExtremeArmed = 0;          // 1: the next click runs extreme contrast
+  int16_t ReplaceMode = 0;           // -1 from the first "Replace Colour" on
   uint8_t NewColour[3] = {0, 0, 0};  // 0 red, 1 green, 2 blue
   bool NewColourSet = false;         // no box of Form15 changed yet: no colour
   std::vector<uint8_t> PixelDone;    // (0..PixelDoneW - 1, 0..PixelDoneH - 1), x fastest

@@ -55,8 +55,8 @@ void CreateSeasonalMaps_Click(Session& s) {
     void (*pass)(ImageStore&);
   };
   static const Step steps[] = {
-      {"d.bmp", true, DarkPass},        {"r.bmp", true, RedPass},   {"wl.bmp", true, WinterLightPass},
-      {"wd.bmp", false, DarkPass},      {"ml.bmp", true, MudLightPass}, {"md.bmp", false, DarkPass},
+      {"d.bmp", true, DarkPass},   {"r.bmp", true, RedPass},       {"wl.bmp", true, WinterLightPass},
+      {"wd.bmp", false, DarkPass}, {"ml.bmp", true, MudLightPass}, {"md.bmp", false, DarkPass},
   };
   bool ok = true;
   for (const Step& st : steps)

@@ -446,9 +446,7 @@ std::string PointerReadout(Session& s, double X, double Y) {
   return c;
 }
 
-void Form4_Picture2_MouseMove(Session& s, int, int, double X, double Y) {
-  SetCaption(s, PointerReadout(s, X, Y));
-}
+void Form4_Picture2_MouseMove(Session& s, int, int, double X, double Y) { SetCaption(s, PointerReadout(s, X, Y)); }
 
 void Form4_Picture2_MouseDown(Session& s, int button, int, double X, double Y) {
   BitmapUtilState& b = s.bmp;
@@ -501,8 +499,7 @@ void Form15_Load(Session& s) {
 void Form15_Text1_Change(Session& s, int index) {
   (void)index;  // every box change takes all three
   BitmapUtilState& b = s.bmp;
-  for (int i = 0; i < 3; ++i)
-    b.NewColour[i] = static_cast<uint8_t>(std::clamp(RoundInt(Val(b.f15.Text1[i])), 0, 255));
+  for (int i = 0; i < 3; ++i) b.NewColour[i] = static_cast<uint8_t>(std::clamp(RoundInt(Val(b.f15.Text1[i])), 0, 255));
   b.NewColourSet = true;
   b.f15.Frame1Colour = RGB(b.NewColour[0], b.NewColour[1], b.NewColour[2]);
   s.ui().Changed(Change::Form15);

@@ -1,10 +1,9 @@
 // korvane-map render MAP OUT [--x X --y Y --w W --h H] and jumpmap MAP OUT:
 // a section of the map, or its jump map, written as a BMP or PNG picture.
-#include <unistd.h>
-
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <unistd.h>
 
 #include "cli/mapsession.h"
 #include "jumpmap/jumpmap.h"

@@ -1,7 +1,6 @@
 // korvane-map [--app DIR] [--screen WxH] script FILE: runs an automation
 // script against the editor's forms, created headless. Built into the
 // editor's binary, where korvane-map starts it (cmd_script_launch.cpp).
-#include <QApplication>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -9,12 +8,14 @@
 #include <fstream>
 #include <iostream>
 
+#include <QApplication>
+
 #include "cli/commands.h"
-#include "platform/appfolder.h"
 #include "gui/Form1.h"
 #include "gui/editorapp.h"
 #include "gui/qtui.h"
 #include "gui/script.h"
+#include "platform/appfolder.h"
 
 namespace kv::cli {
 

@@ -2,12 +2,11 @@
 // window system's widgets; korvane-map itself loads none of them, so that its
 // other commands run without a GUI library. The editor's binary beside it
 // runs the script instead (its main passes kScriptEntry on to ScriptEntry).
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 #include "cli/commands.h"

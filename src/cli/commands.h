@@ -7,10 +7,10 @@
 namespace kv::cli {
 
 struct Options {
-  std::string app;          // --app DIR ("" for the per-user folder)
+  std::string app;                     // --app DIR ("" for the per-user folder)
   int screenW = 1920, screenH = 1080;  // --screen WxH
-  std::string exeDir;       // folder of the running binary
-  std::vector<std::string> args;  // what follows the subcommand's name
+  std::string exeDir;                  // folder of the running binary
+  std::vector<std::string> args;       // what follows the subcommand's name
 };
 
 // Each returns the process exit status; errors go to standard error.

@@ -45,14 +45,9 @@ struct Command {
 };
 
 const Command kCommands[] = {
-    {"info", kv::cli::CmdInfo, 1},
-    {"import", kv::cli::CmdImport, 2},
-    {"script", kv::cli::CmdScript, 1},
-    {"check", kv::cli::CmdCheck, 1},
-    {"landmass", kv::cli::CmdLandmass, 1},
-    {"ai", kv::cli::CmdAi, 1},
-    {"render", kv::cli::CmdRender, 2},
-    {"jumpmap", kv::cli::CmdJumpmap, 2},
+    {"info", kv::cli::CmdInfo, 1},     {"import", kv::cli::CmdImport, 2},     {"script", kv::cli::CmdScript, 1},
+    {"check", kv::cli::CmdCheck, 1},   {"landmass", kv::cli::CmdLandmass, 1}, {"ai", kv::cli::CmdAi, 1},
+    {"render", kv::cli::CmdRender, 2}, {"jumpmap", kv::cli::CmdJumpmap, 2},
 };
 
 }  // namespace

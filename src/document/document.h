@@ -16,7 +16,10 @@ constexpr int16_t VersionNo = 580;
 // order the map file stores it in.
 class ObjTable {
  public:
-  void Allocate(int count) { c_ = count; v_.assign(static_cast<size_t>(count + 1) * 6, 0); }
+  void Allocate(int count) {
+    c_ = count;
+    v_.assign(static_cast<size_t>(count + 1) * 6, 0);
+  }
   int16_t& operator()(int i, int j) { return v_[static_cast<size_t>(j) * (c_ + 1) + i]; }
   int16_t operator()(int i, int j) const { return v_[static_cast<size_t>(j) * (c_ + 1) + i]; }
   int Rows() const { return c_ + 1; }

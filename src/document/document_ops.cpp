@@ -1,10 +1,10 @@
 #include "document/document_ops.h"
 
+#include <utility>
+
 #include "document/mapfile.h"
 #include "document/mapstate.h"
 #include "platform/fileio.h"
-
-#include <utility>
 
 namespace kv {
 

@@ -14,8 +14,8 @@ namespace {
 constexpr char kMagic[8] = {'V', 'e', 'r', 's', 'i', 'o', 'n', ' '};
 
 std::string Need(const char* what, uint64_t need, uint64_t have) {
-  return std::string(what) + " needs " + std::to_string(need) + " more bytes, but only " +
-         std::to_string(have) + " are left";
+  return std::string(what) + " needs " + std::to_string(need) + " more bytes, but only " + std::to_string(have) +
+         " are left";
 }
 
 template <class T>
@@ -67,7 +67,8 @@ bool ReadObjList(ByteSource& in, Document& d, std::string* err) {
   }
   const uint64_t need = 12ull * (c + 1);
   if (in.remaining() < need) {
-    if (err) *err = "the objective table of " + std::to_string(c) + " objectives " + Need("", need, in.remaining()).substr(1);
+    if (err)
+      *err = "the objective table of " + std::to_string(c) + " objectives " + Need("", need, in.remaining()).substr(1);
     return false;
   }
   d.ObjCount = c;
@@ -78,8 +79,7 @@ bool ReadObjList(ByteSource& in, Document& d, std::string* err) {
 SnapshotRead ReadSnapshotFile(ByteSource& in, int16_t mapMaxX, int16_t mapMaxY, Document& out, std::string* err) {
   char magic[8];
   int16_t version = 0, mx = 0, my = 0;
-  if (!in.read(magic, 8) || std::memcmp(magic, kMagic, 8) != 0 || !in.get(version) || !in.get(mx) ||
-      !in.get(my))
+  if (!in.read(magic, 8) || std::memcmp(magic, kMagic, 8) != 0 || !in.get(version) || !in.get(mx) || !in.get(my))
     return SnapshotRead::Damaged;
   out.MapMaxX = mx;
   out.MapMaxY = my;
@@ -170,9 +170,9 @@ bool ReadOldMapFile(ByteSource& in, const RefData& ref, LoadedMap& out, std::str
   const uint64_t n = d.N();
   if (in.remaining() < 15 * n) {
     if (err)
-      *err = "it has no \"Version \" header, and read as an older map its first bytes give " +
-             std::to_string(d.W()) + " x " + std::to_string(d.H()) + " hexes, which need " +
-             std::to_string(4 + 15 * n) + " bytes; the file has " + std::to_string(in.size());
+      *err = "it has no \"Version \" header, and read as an older map its first bytes give " + std::to_string(d.W()) +
+             " x " + std::to_string(d.H()) + " hexes, which need " + std::to_string(4 + 15 * n) +
+             " bytes; the file has " + std::to_string(in.size());
     return false;
   }
   d.AllocateAll();

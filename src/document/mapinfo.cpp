@@ -64,18 +64,20 @@ std::string FormatMapInfo(const MapInfo& i) {
   std::string s;
   auto line = [&](const char* k, const std::string& v) { s += std::string(k) + v + "\n"; };
   line("Map:              ", i.path);
-  line("Format:           ", i.oldFormat ? std::string("older format, without a version header")
-                                         : "version " + std::to_string(i.version));
+  line("Format:           ",
+       i.oldFormat ? std::string("older format, without a version header") : "version " + std::to_string(i.version));
   line("Size:             ", std::to_string(i.width) + " x " + std::to_string(i.height) + " hexes (MapMaxX " +
                                  std::to_string(i.width - 1) + ", MapMaxY " + std::to_string(i.height - 1) + ")");
   line("Nation set:       ", i.nationSet.empty() ? std::string("(not stored; the set in use applies)") : i.nationSet);
-  line("Objective table:  ", i.oldFormat || i.version <= 544 ? std::string("(not stored; rebuilt on load)")
-                                                            : std::to_string(i.objCount) + (i.objCount == 1 ? " objective" : " objectives"));
+  line("Objective table:  ", i.oldFormat || i.version <= 544
+                                 ? std::string("(not stored; rebuilt on load)")
+                                 : std::to_string(i.objCount) + (i.objCount == 1 ? " objective" : " objectives"));
   line("Owned hexes:      ", std::to_string(i.ownedHexes));
   line("Objective hexes:  ", std::to_string(i.objectiveHexes));
   line("Deployment hexes: ", std::to_string(i.deploymentHexes));
   line("Named hexes:      ", i.hasNames ? std::to_string(i.namedHexes) : std::string("(no name store beside the map)"));
-  line("Elevations:       ", i.hasLev ? std::string("from the .lev file") : std::string("(no .lev file: level ground)"));
+  line("Elevations:       ",
+       i.hasLev ? std::string("from the .lev file") : std::string("(no .lev file: level ground)"));
   return s;
 }
 

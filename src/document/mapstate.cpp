@@ -40,8 +40,6 @@ void MapState::MapEdited(const HexRect& area) {
   if (!r.Empty()) ui_->MapChanged({MapChange::Kind::Edit, r});
 }
 
-void MapState::MapReplaced() {
-  ui_->MapChanged({MapChange::Kind::Replaced, HexRect::Whole(doc.MapMaxX, doc.MapMaxY)});
-}
+void MapState::MapReplaced() { ui_->MapChanged({MapChange::Kind::Replaced, HexRect::Whole(doc.MapMaxX, doc.MapMaxY)}); }
 
 }  // namespace kv

@@ -2,12 +2,11 @@
 
 #include <algorithm>
 #include <cstring>
+#include <unistd.h>
 #include <vector>
 
-#include <unistd.h>
-
-#include "platform/fileio.h"
 #include "document/mapstate.h"
+#include "platform/fileio.h"
 
 namespace kv {
 
@@ -24,16 +23,12 @@ long Length(std::FILE* f) {
   return std::ftell(f);
 }
 
-long SlotOffset(const MapState& s, int x, int y) {
-  return 4L * (static_cast<long>(y) * (s.doc.MapMaxX + 1) + x);
-}
+long SlotOffset(const MapState& s, int x, int y) { return 4L * (static_cast<long>(y) * (s.doc.MapMaxX + 1) + x); }
 
 // One of the open name files seen as a byte source (borrowed, not closed).
 class OpenFileSource final : public ByteSource {
  public:
-  explicit OpenFileSource(std::FILE* f) : f_(f) {
-    size_ = std::max(0L, Length(f));
-  }
+  explicit OpenFileSource(std::FILE* f) : f_(f) { size_ = std::max(0L, Length(f)); }
   uint64_t size() const override { return static_cast<uint64_t>(size_); }
   uint64_t pos() const override { return static_cast<uint64_t>(pos_); }
   bool read(void* dst, size_t n) override {

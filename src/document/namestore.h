@@ -43,7 +43,10 @@ class NameFiles {
   // Writes n bytes at `offset` of the .str (str) or .ndx file, flushed; while
   // the journal is kept, the write is noted with what it replaced.
   bool WriteAt(bool str, long offset, const void* data, size_t n);
-  void KeepJournal(bool keep) { journalKept_ = keep; journal_.clear(); }
+  void KeepJournal(bool keep) {
+    journalKept_ = keep;
+    journal_.clear();
+  }
   std::vector<NameWrite> TakeJournal() { return std::move(journal_); }
   // Takes a noted write back (the file as it was before it, length too) or
   // makes it again; neither is noted.

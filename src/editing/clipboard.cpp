@@ -54,8 +54,7 @@ bool PasteClipboardBytes(Document& d, int x, int y, std::span<const uint8_t> b) 
   if (!d.OnMap(x, y)) return true;
   for (int i = 0; i <= w; ++i)
     for (int j = 0; j <= h; ++j)
-      if (d.OnMap(i + x, j + y))
-        d.HexTile(i + x, j + y) = Get16(b, 4 + (static_cast<size_t>(j) * (w + 1) + i) * 2);
+      if (d.OnMap(i + x, j + y)) d.HexTile(i + x, j + y) = Get16(b, 4 + (static_cast<size_t>(j) * (w + 1) + i) * 2);
   return true;
 }
 

@@ -32,7 +32,6 @@ void SetSides(Document& d, int x, int y, uint8_t v) {
 // Tells the form that a control's text or state changed.
 void Changed(Session& s, Change what) { s.ui().Changed(what); }
 
-
 // Rounds a pixel position the window system gives in fractions.
 int RoundPixel(double v) {
   const double r = RoundHalfEven(v);
@@ -148,8 +147,7 @@ void SetHex(Session& s, int16_t x, int16_t y) {
     case 3:
       if (d.HexCtl(x, y, 1) > 0 && s.ed.hooks.LoadAITable) s.ed.hooks.LoadAITable(s, x, y);
       break;
-    default:
-      break;
+    default: break;
   }
   s.MapEdited(HexRect::Hex(x, y));
 }

@@ -67,7 +67,7 @@ struct Form6State {
 struct EditorHooks {
   std::function<void(Session&)> DrawJumpBox;
   std::function<void(Session&)> ExportMapImage;
-  std::function<void(Session&, int16_t, int16_t)> LoadAITable;   // objective path view
+  std::function<void(Session&, int16_t, int16_t)> LoadAITable;  // objective path view
   std::function<void(Session&)> ClearTilePickerDrawing;
   // The editor's NewMap (editing/mapload.h), for the bitmap utility's "make a
   // map"; set by the session itself.
@@ -93,10 +93,10 @@ struct EditorState {
   DialogState dlg;
   Form6State f6;
   EditorHooks hooks;
-  TilePickerState picker;   // Form2, Form12
-  ControlFormState f3;      // Form3
-  GridFormState f10;        // Form10
-  ExportFormState f9;       // Form9
+  TilePickerState picker;  // Form2, Form12
+  ControlFormState f3;     // Form3
+  GridFormState f10;       // Form10
+  ExportFormState f9;      // Form9
 };
 
 }  // namespace kv

@@ -64,8 +64,7 @@ bool SaveMapAs(Session& s, const std::string& dir, const std::string& text) {
   if (tail != ".MAP" && tail != ".map") name += ".map";
   const std::string path = JoinPath(dir, name);
   d.MapPath = path;
-  if (FileExists(path) &&
-      s.MsgBox(path + " already exists.\rDo you want to replace it ?", vbOKCancel) != vbOK) {
+  if (FileExists(path) && s.MsgBox(path + " already exists.\rDo you want to replace it ?", vbOKCancel) != vbOK) {
     d.MapFile = oldFile;
     d.MapPath = oldPath;
     s.SetForm1Caption(oldCaption);

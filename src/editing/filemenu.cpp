@@ -7,8 +7,8 @@
 
 #include "bitmaputil/bitmaputil.h"
 #include "document/document_ops.h"
-#include "editing/fileflow.h"
 #include "document/mapfile.h"
+#include "editing/fileflow.h"
 #include "editing/mapload.h"
 #include "platform/fileio.h"
 #include "platform/textfields.h"

@@ -59,7 +59,8 @@ void AddIndexes(HexRect& box, size_t first, size_t last, const Document& d) {
 
 void AddNameWrite(HexRect& box, const NameWrite& w, const Document& d) {
   if (w.str || w.after.empty()) return;  // a record is found through its slot
-  const size_t first = static_cast<size_t>(w.offset) / 4, last = (static_cast<size_t>(w.offset) + w.after.size() - 1) / 4;
+  const size_t first = static_cast<size_t>(w.offset) / 4,
+               last = (static_cast<size_t>(w.offset) + w.after.size() - 1) / 4;
   if (first >= d.N()) return;
   AddIndexes(box, first, std::min(last, d.N() - 1), d);
 }

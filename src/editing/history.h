@@ -141,10 +141,10 @@ class History {
   Session& s_;
   Baseline base_;
   std::deque<Step> steps_;
-  size_t pos_ = 0;                // steps before pos_ are done, the rest undone
-  int64_t first_ = 0;             // the absolute number of steps_[0]
+  size_t pos_ = 0;     // steps before pos_ are done, the rest undone
+  int64_t first_ = 0;  // the absolute number of steps_[0]
   static constexpr int64_t kNever = -1;
-  int64_t savedAt_ = 0;           // absolute position of the saved state, or kNever
+  int64_t savedAt_ = 0;  // absolute position of the saved state, or kNever
   size_t bytes_ = 0, cap_ = kDefaultCapBytes;
   int depth_ = 0;
   std::string name_;

@@ -1,20 +1,18 @@
 #include "editing/mapload.h"
 
-#include "autotile/random.h"
-#include "document/mapfile.h"
-#include "document/namestore.h"
-#include "view/scrolling.h"
-
 #include <cstring>
 
+#include "autotile/random.h"
 #include "document/document_ops.h"
+#include "document/mapfile.h"
+#include "document/namestore.h"
+#include "jumpmap/jumpmap.h"
 #include "platform/fileio.h"
 #include "refdata/nations.h"
 #include "session.h"
 #include "view/geometry.h"
-#include "view/scrolling.h"
-#include "jumpmap/jumpmap.h"
 #include "view/render_api.h"
+#include "view/scrolling.h"
 
 namespace kv {
 
@@ -160,8 +158,7 @@ bool RestoreSnapshot(Session& s) {
   Document m;
   std::string err;
   switch (ReadSnapshotFile(in, d.MapMaxX, d.MapMaxY, m, &err)) {
-    case SnapshotRead::Ok:
-      break;
+    case SnapshotRead::Ok: break;
     case SnapshotRead::OtherMap:
       s.MsgBox("The undo snapshot is of a map of " + std::to_string(m.MapMaxX + 1) + " x " +
                std::to_string(m.MapMaxY + 1) + " hexes, not of the open map (" + std::to_string(d.W()) + " x " +

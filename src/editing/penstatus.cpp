@@ -42,14 +42,17 @@ PenStatus DescribePen(const MapView& s) {
       case 3: out.mode = "Objective paths"; break;
       default:
         if (p.SideEdit > 0)
-          out.mode = std::string(p.CurSideKind == 2 ? "Railroad" : "Road") + " sides: side " + std::to_string(p.CurSide);
+          out.mode =
+              std::string(p.CurSideKind == 2 ? "Railroad" : "Road") + " sides: side " + std::to_string(p.CurSide);
         else
           out.mode = "Tiles";
         break;
     }
     if (p.ClearSides == -1) out.mode += ", clear sides";
   }
-  out.autoTile = p.AutoTile == -1 ? "Auto-tile on" : p.AutoTileResume == 1 ? "Auto-tile after one click" : "Auto-tile off";
+  out.autoTile = p.AutoTile == -1        ? "Auto-tile on"
+                 : p.AutoTileResume == 1 ? "Auto-tile after one click"
+                                         : "Auto-tile off";
   out.random = p.RandomMode == -1 ? "Random tiles on" : "Random tiles off";
   out.elevation = p.ElevMode == -1 ? "Elevation pen " + std::to_string(p.ElevValue) : "Elevation pen off";
   return out;

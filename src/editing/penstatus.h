@@ -10,11 +10,11 @@ namespace kv {
 struct MapView;
 
 struct PenStatus {
-  std::string tile;      // "Tile 17 (x11) Clear"
-  std::string mode;      // "Tiles", "Road sides: side 3", "Deployment: Avaria", ...
-  std::string autoTile;  // "Auto-tile on" / "Auto-tile off"
-  std::string random;    // "Random tiles on" / "Random tiles off"
-  std::string elevation; // "Elevation pen off" / "Elevation pen 12"
+  std::string tile;       // "Tile 17 (x11) Clear"
+  std::string mode;       // "Tiles", "Road sides: side 3", "Deployment: Avaria", ...
+  std::string autoTile;   // "Auto-tile on" / "Auto-tile off"
+  std::string random;     // "Random tiles on" / "Random tiles off"
+  std::string elevation;  // "Elevation pen off" / "Elevation pen 12"
 };
 
 PenStatus DescribePen(const MapView& s);

@@ -1,18 +1,17 @@
 #include "editing/recovery.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
+#include <sys/file.h>
+#include <unistd.h>
 
-#include "editing/fileflow.h"
 #include "document/mapfile.h"
 #include "document/namestore.h"
+#include "editing/fileflow.h"
 #include "platform/fileio.h"
 #include "session.h"
 
@@ -112,8 +111,9 @@ void RecoverySlot::Release() {
 bool RecoverySlot::Write(Session& s, const std::string& root, std::string* err) {
   if (dir_.empty()) {
     const auto now = std::chrono::system_clock::now().time_since_epoch();
-    const std::string dir = JoinPath(root, std::to_string(::getpid()) + "-" +
-                                               std::to_string(std::chrono::duration_cast<std::chrono::milliseconds>(now).count()));
+    const std::string dir =
+        JoinPath(root, std::to_string(::getpid()) + "-" +
+                           std::to_string(std::chrono::duration_cast<std::chrono::milliseconds>(now).count()));
     if (!MakeDirs(dir)) {
       if (err) *err = "cannot make the folder " + dir + ": " + SystemError();
       return false;

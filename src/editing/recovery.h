@@ -19,11 +19,11 @@ std::string RecoveryRoot();
 
 // A copy left behind.
 struct RecoveryCopy {
-  std::string dir;       // its folder
-  std::string mapPath;   // where the map belongs ("" for a map never named)
-  std::string mapFile;   // the name it was edited under
+  std::string dir;      // its folder
+  std::string mapPath;  // where the map belongs ("" for a map never named)
+  std::string mapFile;  // the name it was edited under
   std::string ndxPath, strPath;
-  int64_t time = 0;      // when it was written, seconds since 1970
+  int64_t time = 0;  // when it was written, seconds since 1970
 };
 
 // This editor's copy.

@@ -48,8 +48,7 @@ std::string TileCaption(const MapState& s, int16_t n) {
   char hex[16];
   std::snprintf(hex, sizeof hex, "%X", static_cast<unsigned>(static_cast<uint16_t>(n)));
   const uint8_t type = s.ref.TypeOf(n);
-  const std::string name =
-      type < s.ref.TerrainName.size() ? s.ref.TerrainName[type] : std::string();
+  const std::string name = type < s.ref.TerrainName.size() ? s.ref.TerrainName[type] : std::string();
   return "Tiles F2 " + std::to_string(n) + "(x" + hex + ") " + name;
 }
 
@@ -104,8 +103,7 @@ void TilePicker_ScreenClosed(Session& s, FormId form) {
   if (form == FormId::Form14) p.TerrainFormOpen = 0;
 }
 
-PickerLayout LayoutTilePicker(const RefData& ref, int scaleW, int scaleH, int barW, int barH, int sheetW,
-                              int sheetH) {
+PickerLayout LayoutTilePicker(const RefData& ref, int scaleW, int scaleH, int barW, int barH, int sheetW, int sheetH) {
   PickerLayout l;
   l.Picture1 = {0, 0, std::max(0, scaleW - barW), std::max(0, scaleH - barH)};
   l.VScroll1 = {l.Picture1.Left + l.Picture1.Width, l.Picture1.Top, barW, l.Picture1.Height};

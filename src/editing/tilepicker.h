@@ -48,8 +48,7 @@ struct PickerLayout {
   Rect Picture1, HScroll1, VScroll1;
   ScrollBarModel H, V;
 };
-PickerLayout LayoutTilePicker(const RefData& ref, int scaleW, int scaleH, int barW, int barH, int sheetW,
-                              int sheetH);
+PickerLayout LayoutTilePicker(const RefData& ref, int scaleW, int scaleH, int barW, int barH, int sheetW, int sheetH);
 
 // Form12's load: the first eight labels from "tvk_info/s2_help.txt" when the
 // file holds eight fields; otherwise the design text stands.

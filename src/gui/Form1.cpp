@@ -21,11 +21,11 @@
 #include "autotile/passes.h"
 #include "autotile/reset.h"
 #include "editing/clipboard.h"
+#include "editing/controlform.h"
+#include "editing/editing.h"
 #include "editing/fileflow.h"
 #include "editing/filemenu.h"
 #include "editing/startup.h"
-#include "editing/controlform.h"
-#include "editing/editing.h"
 #include "gui/Form10.h"
 #include "gui/Form11.h"
 #include "gui/Form12.h"
@@ -40,12 +40,12 @@
 #include "gui/Form8.h"
 #include "gui/Form9.h"
 #include "gui/LoadSave.h"
+#include "gui/PictureBox.h"
 #include "gui/formkit.h"
 #include "gui/keeper.h"
-#include "gui/usersettings.h"
 #include "gui/recentmaps.h"
 #include "gui/toolwindows.h"
-#include "gui/PictureBox.h"
+#include "gui/usersettings.h"
 #include "jumpmap/mapimage.h"
 #include "platform/appfolder.h"
 #include "platform/bitmap.h"
@@ -239,7 +239,8 @@ void Form1::BuildControls() {
   Label4_ = label("Label4", "Hex Name", 750, 195);
   Command4_ = button("Command4", "Rename", "", 855, 255);
   Command7_ = button("Command7", "Clear", "", 855, 255);
-  for (int i = 0; i < 3; ++i) Text3_[i] = edit(QStringLiteral("Text3(%1)").arg(i).toLatin1().constData(), "Text3", 735, 285);
+  for (int i = 0; i < 3; ++i)
+    Text3_[i] = edit(QStringLiteral("Text3(%1)").arg(i).toLatin1().constData(), "Text3", 735, 285);
   Label5_ = label("Label5", "Divisor", 480, 195);
   Command8_ = button("Command8", "Convert", "", 735, 255);
   Label6_ = label("Label6", "Elevation", 660, 195);
@@ -278,10 +279,18 @@ void Form1::BuildControls() {
   track(Text2_, &f.Text2);
   track(Text4_, &f.Text4);
   for (int i = 0; i < 3; ++i) track(Text3_[i], &f.Text3[i]);
-  connect(HScroll1_, &QScrollBar::valueChanged, this,
-          [this](int v) { if (!syncing_) { SetScrollValue(*session_, Bar::H, v); SyncControls(); } });
-  connect(VScroll1_, &QScrollBar::valueChanged, this,
-          [this](int v) { if (!syncing_) { SetScrollValue(*session_, Bar::V, v); SyncControls(); } });
+  connect(HScroll1_, &QScrollBar::valueChanged, this, [this](int v) {
+    if (!syncing_) {
+      SetScrollValue(*session_, Bar::H, v);
+      SyncControls();
+    }
+  });
+  connect(VScroll1_, &QScrollBar::valueChanged, this, [this](int v) {
+    if (!syncing_) {
+      SetScrollValue(*session_, Bar::V, v);
+      SyncControls();
+    }
+  });
   for (QWidget* w : {static_cast<QWidget*>(Label1_), static_cast<QWidget*>(Label2_), static_cast<QWidget*>(Label4_),
                      static_cast<QWidget*>(Text2_)})
     w->installEventFilter(this);
@@ -318,7 +327,8 @@ void Form1::BuildMenu() {
                            findChild<QAction*>(QStringLiteral("menu_file_exit")), this);
   recent_->open = [this](const QString& path) {
     const QFileInfo info(path);
-    OpenMapFile(*session_, info.absolutePath().toLocal8Bit().toStdString(), info.fileName().toLocal8Bit().toStdString());
+    OpenMapFile(*session_, info.absolutePath().toLocal8Bit().toStdString(),
+                info.fileName().toLocal8Bit().toStdString());
     SyncControls();
   };
 }
@@ -512,12 +522,8 @@ void Form1::OnChanged(Change what) {
     case Change::Form15:
       if (form15_) form15_->SyncControls();
       return;
-    case Change::Picture1:
-      Picture1_->update();
-      return;
-    case Change::Picture1SetFocus:
-      Picture1_->setFocus();
-      return;
+    case Change::Picture1: Picture1_->update(); return;
+    case Change::Picture1SetFocus: Picture1_->setFocus(); return;
     case Change::Picture2:
       ShowPicture2();
       SyncControls();
@@ -536,9 +542,12 @@ void Form1::OnChanged(Change what) {
         form5_->Refresh();
       } else if (session_->forms.Form5Loaded) {
         // Drawing loaded the jump map: its window follows, hidden.
-        QMetaObject::invokeMethod(this, [this]() {
-          if (loaded_ && !unloaded_ && !form5_ && session_->forms.Form5Loaded) FormByName(QStringLiteral("Form5"));
-        }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this,
+            [this]() {
+              if (loaded_ && !unloaded_ && !form5_ && session_->forms.Form5Loaded) FormByName(QStringLiteral("Form5"));
+            },
+            Qt::QueuedConnection);
       }
       return;
     case Change::Form11:
@@ -573,9 +582,7 @@ void Form1::OnChanged(Change what) {
     case Change::mRandom:
     case Change::mHexSides:
     case Change::mShowRoadControl:
-    case Change::mDefaultArea:
-      SyncControls();
-      return;
+    case Change::mDefaultArea: SyncControls(); return;
   }
 }
 
@@ -600,9 +607,12 @@ void Form1::OnUnload(FormId form) {
       // loaded again (a new map, an import) it is built, hidden; after a load
       // it waits for its next use, as making it would rebuild the objective
       // table that the map file brought.
-      QMetaObject::invokeMethod(this, [this]() {
-        if (loaded_ && !unloaded_ && session_->forms.Form5Loaded) DrawStrategicMapHidden();
-      }, Qt::QueuedConnection);
+      QMetaObject::invokeMethod(
+          this,
+          [this]() {
+            if (loaded_ && !unloaded_ && session_->forms.Form5Loaded) DrawStrategicMapHidden();
+          },
+          Qt::QueuedConnection);
       break;
     case FormId::Form9:
       if (form9_) {
@@ -635,8 +645,7 @@ void Form1::OnUnload(FormId form) {
     case FormId::Form12:
     case FormId::Form13:
     case FormId::Form14:
-    case FormId::Form15:
-      break;  // closed by their own windows
+    case FormId::Form15: break;  // closed by their own windows
   }
 }
 
@@ -752,14 +761,16 @@ bool Form1::eventFilter(QObject* obj, QEvent* ev) {
     case QEvent::FocusOut:
       if (obj == Text2_) Text2_LostFocus();
       break;
-    default:
-      break;
+    default: break;
   }
   return QMainWindow::eventFilter(obj, ev);
 }
 
 // Handlers: each hands the event to the editing core and shows the result.
-void Form1::Form_KeyDown(int KeyCode, int Shift) { kv::Form_KeyDown(*session_, KeyCode, Shift); SyncControls(); }
+void Form1::Form_KeyDown(int KeyCode, int Shift) {
+  kv::Form_KeyDown(*session_, KeyCode, Shift);
+  SyncControls();
+}
 void Form1::Form_KeyUp(int KeyCode, int Shift) { kv::Form_KeyUp(*session_, KeyCode, Shift); }
 void Form1::Picture1_MouseDown(int Button, int Shift, double X, double Y) {
   kv::Picture1_MouseDown(*session_, Button, Shift, X, Y);
@@ -777,18 +788,51 @@ void Form1::Picture2_MouseDown(int Button, int Shift, double X, double Y) {
 }
 void Form1::HScroll1_Change() { kv::HScroll1_Change(*session_); }
 void Form1::VScroll1_Change() { kv::VScroll1_Change(*session_); }
-void Form1::Command1_Click() { kv::Command1_Click(*session_); SyncControls(); }
-void Form1::Command2_Click() { kv::Command2_Click(*session_); SyncControls(); }
+void Form1::Command1_Click() {
+  kv::Command1_Click(*session_);
+  SyncControls();
+}
+void Form1::Command2_Click() {
+  kv::Command2_Click(*session_);
+  SyncControls();
+}
 void Form1::Command3_Click() { ShowForm(FormId::Form2); }
-void Form1::Command4_Click() { kv::Command4_Click(*session_); SyncControls(); }
-void Form1::Command5_Click() { kv::Command5_Click(*session_); SyncControls(); }
-void Form1::Command6_Click() { kv::Command6_Click(*session_); SyncControls(); }
-void Form1::Command7_Click() { kv::Command7_Click(*session_); SyncControls(); }
-void Form1::Command8_Click() { kv::Command8_Click(*session_); SyncControls(); }
-void Form1::Command9_Click() { kv::Command9_Click(*session_); SyncControls(); }
-void Form1::Label1_Click() { kv::Label1_Click(*session_); SyncControls(); }
-void Form1::Label2_Click() { kv::Label2_Click(*session_); SyncControls(); }
-void Form1::Label4_MouseMove() { kv::Label4_MouseMove(*session_); SyncControls(); }
+void Form1::Command4_Click() {
+  kv::Command4_Click(*session_);
+  SyncControls();
+}
+void Form1::Command5_Click() {
+  kv::Command5_Click(*session_);
+  SyncControls();
+}
+void Form1::Command6_Click() {
+  kv::Command6_Click(*session_);
+  SyncControls();
+}
+void Form1::Command7_Click() {
+  kv::Command7_Click(*session_);
+  SyncControls();
+}
+void Form1::Command8_Click() {
+  kv::Command8_Click(*session_);
+  SyncControls();
+}
+void Form1::Command9_Click() {
+  kv::Command9_Click(*session_);
+  SyncControls();
+}
+void Form1::Label1_Click() {
+  kv::Label1_Click(*session_);
+  SyncControls();
+}
+void Form1::Label2_Click() {
+  kv::Label2_Click(*session_);
+  SyncControls();
+}
+void Form1::Label4_MouseMove() {
+  kv::Label4_MouseMove(*session_);
+  SyncControls();
+}
 void Form1::Text2_GotFocus() { kv::Text2_GotFocus(*session_); }
 void Form1::Text2_LostFocus() { kv::Text2_LostFocus(*session_); }
 // New Map, Open and Open PG set file ask about unsaved changes first.
@@ -814,13 +858,31 @@ void Form1::openpgset_Click() {
 void Form1::LoadBitmap_Click() { ShowForm(FormId::Form4); }
 void Form1::mNewNations_Click() { kv::mNewNations_Click(*session_); }
 void Form1::menu_file_exit_Click() { close(); }
-void Form1::mUndo_Click() { kv::mUndo_Click(*session_); SyncControls(); }
+void Form1::mUndo_Click() {
+  kv::mUndo_Click(*session_);
+  SyncControls();
+}
 void Form1::mCopy_Click() { kv::mCopy_Click(*session_); }
-void Form1::mPaste_Click() { kv::mPaste_Click(*session_); SyncControls(); }
-void Form1::mHexSides_Click() { kv::mHexSides_Click(*session_); SyncControls(); }
-void Form1::mShowRoadControl_Click() { kv::mShowRoadControl_Click(*session_); SyncControls(); }
-void Form1::mDefaultArea_Click() { kv::mDefaultArea_Click(*session_); SyncControls(); }
-void Form1::mRandom_Click() { kv::mRandom_Click(*session_); SyncControls(); }
+void Form1::mPaste_Click() {
+  kv::mPaste_Click(*session_);
+  SyncControls();
+}
+void Form1::mHexSides_Click() {
+  kv::mHexSides_Click(*session_);
+  SyncControls();
+}
+void Form1::mShowRoadControl_Click() {
+  kv::mShowRoadControl_Click(*session_);
+  SyncControls();
+}
+void Form1::mDefaultArea_Click() {
+  kv::mDefaultArea_Click(*session_);
+  SyncControls();
+}
+void Form1::mRandom_Click() {
+  kv::mRandom_Click(*session_);
+  SyncControls();
+}
 
 // ---- Comfort: neighbours that follow, learning that says so --------------------
 
@@ -862,36 +924,99 @@ void Form1::mResetPatterns_Click() {
   }
   statusBar()->showMessage(QStringLiteral("learned patterns reset to the starter patterns"), 8000);
 }
-void Form1::HexControlOn_Click() { kv::HexControlOn_Click(*session_); SyncControls(); }
-void Form1::HexControlOFF_Click() { kv::HexControlOFF_Click(*session_); SyncControls(); }
+void Form1::HexControlOn_Click() {
+  kv::HexControlOn_Click(*session_);
+  SyncControls();
+}
+void Form1::HexControlOFF_Click() {
+  kv::HexControlOFF_Click(*session_);
+  SyncControls();
+}
 void Form1::mOriginalOwner_Click() { kv::mOriginalOwner_Click(*session_); }
 void Form1::Obj_on_Click() { kv::Obj_on_Click(*session_); }
 void Form1::Obj_off_Click() { kv::Obj_off_Click(*session_); }
-void Form1::mGrid_Click() { kv::mGrid_Click(*session_); SyncControls(); }
+void Form1::mGrid_Click() {
+  kv::mGrid_Click(*session_);
+  SyncControls();
+}
 void Form1::mGridSet_Click() { kv::mGridSet_Click(*session_); }
 void Form1::helpscreen_Click() { kv::helpscreen_Click(*session_); }
 // The analysis commands of the Options menu; each may move the view or redraw
 // hexes, so the controls and the picture follow.
-void Form1::mCountRoad_Click() { kv::mCountRoad_Click(*session_); SyncControls(); }
-void Form1::mNextUnconnected_Click() { kv::mNextUnconnected_Click(*session_); SyncControls(); }
-void Form1::menu_LandMass_Click() { kv::menu_LandMass_Click(*session_); SyncControls(); }
-void Form1::VerifyHexData_Click() { kv::VerifyHexData_Click(*session_); SyncControls(); }
-void Form1::mDefaultHC_Click() { kv::mDefaultHC_Click(*session_); SyncControls(); }
-void Form1::mRoadsOnly_Click() { kv::mRoadsOnly_Click(*session_); SyncControls(); }
-void Form1::BuildAITables_Click() { kv::BuildAITables_Click(*session_); SyncControls(); }
+void Form1::mCountRoad_Click() {
+  kv::mCountRoad_Click(*session_);
+  SyncControls();
+}
+void Form1::mNextUnconnected_Click() {
+  kv::mNextUnconnected_Click(*session_);
+  SyncControls();
+}
+void Form1::menu_LandMass_Click() {
+  kv::menu_LandMass_Click(*session_);
+  SyncControls();
+}
+void Form1::VerifyHexData_Click() {
+  kv::VerifyHexData_Click(*session_);
+  SyncControls();
+}
+void Form1::mDefaultHC_Click() {
+  kv::mDefaultHC_Click(*session_);
+  SyncControls();
+}
+void Form1::mRoadsOnly_Click() {
+  kv::mRoadsOnly_Click(*session_);
+  SyncControls();
+}
+void Form1::BuildAITables_Click() {
+  kv::BuildAITables_Click(*session_);
+  SyncControls();
+}
 // The auto-tiling passes of the Tiles and Options menus. Each runs to its end
 // inside the click; Label3 and the pointer show their progress meanwhile.
-void Form1::autoredrawroads_Click() { kv::autoredrawroads_Click(*session_); SyncControls(); }
-void Form1::autoredrawterrain_Click() { kv::autoredrawterrain_Click(*session_); SyncControls(); }
-void Form1::mAutoForest_Click() { kv::mAutoForest_Click(*session_); SyncControls(); }
-void Form1::mAutoMoutains_Click() { kv::mAutoMoutains_Click(*session_); SyncControls(); }
-void Form1::mMapRebuild_Click() { kv::mMapRebuild_Click(*session_); SyncControls(); }
-void Form1::mRedoTerrain_Click() { kv::mRedoTerrain_Click(*session_); SyncControls(); }
-void Form1::doroads_Click() { kv::doroads_Click(*session_); SyncControls(); }
-void Form1::MemorizeRoads_Click() { kv::MemorizeRoads_Click(*session_); SyncControls(); }
-void Form1::MemoriseRivers_Click() { kv::MemoriseRivers_Click(*session_); SyncControls(); }
-void Form1::mMountains_Click() { kv::mMountains_Click(*session_); SyncControls(); }
-void Form1::mRndWoods_Click() { kv::mRndWoods_Click(*session_); SyncControls(); }
+void Form1::autoredrawroads_Click() {
+  kv::autoredrawroads_Click(*session_);
+  SyncControls();
+}
+void Form1::autoredrawterrain_Click() {
+  kv::autoredrawterrain_Click(*session_);
+  SyncControls();
+}
+void Form1::mAutoForest_Click() {
+  kv::mAutoForest_Click(*session_);
+  SyncControls();
+}
+void Form1::mAutoMoutains_Click() {
+  kv::mAutoMoutains_Click(*session_);
+  SyncControls();
+}
+void Form1::mMapRebuild_Click() {
+  kv::mMapRebuild_Click(*session_);
+  SyncControls();
+}
+void Form1::mRedoTerrain_Click() {
+  kv::mRedoTerrain_Click(*session_);
+  SyncControls();
+}
+void Form1::doroads_Click() {
+  kv::doroads_Click(*session_);
+  SyncControls();
+}
+void Form1::MemorizeRoads_Click() {
+  kv::MemorizeRoads_Click(*session_);
+  SyncControls();
+}
+void Form1::MemoriseRivers_Click() {
+  kv::MemoriseRivers_Click(*session_);
+  SyncControls();
+}
+void Form1::mMountains_Click() {
+  kv::mMountains_Click(*session_);
+  SyncControls();
+}
+void Form1::mRndWoods_Click() {
+  kv::mRndWoods_Click(*session_);
+  SyncControls();
+}
 void Form1::StrategicShow_Click() {
   ShowForm(FormId::Form5);
   DrawJumpBox();

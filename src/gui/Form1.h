@@ -3,14 +3,15 @@
 // coordinate and elevation controls along the bottom, and the menu.
 #pragma once
 
-#include <QMainWindow>
-#include <QPointer>
 #include <functional>
 #include <memory>
 
+#include <QMainWindow>
+#include <QPointer>
+
+#include "gui/handstate.h"
 #include "gui/qtui.h"
 #include "gui/vbform.h"
-#include "gui/handstate.h"
 #include "session.h"
 #include "view/layout.h"
 

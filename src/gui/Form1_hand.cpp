@@ -1,6 +1,8 @@
 // The main window's comfort layer: the status bar, the keys in the menus, the
 // tool windows, the layout on every change of size, the zoom, the wheel and
 // drag painting. All of it calls the classic handlers and changes none.
+#include <cmath>
+
 #include <QAction>
 #include <QApplication>
 #include <QKeySequence>
@@ -15,16 +17,15 @@
 #include <QScrollBar>
 #include <QSettings>
 #include <QWheelEvent>
-#include <cmath>
 
 #include "editing/editing.h"
 #include "gui/Form1.h"
 #include "gui/Form5.h"
-#include "jumpmap/livejump.h"
 #include "gui/PictureBox.h"
 #include "gui/statusbar.h"
 #include "gui/toolwindows.h"
 #include "gui/usersettings.h"
+#include "jumpmap/livejump.h"
 #include "session.h"
 #include "view/render_api.h"
 #include "view/scrolling.h"
@@ -45,13 +46,20 @@ struct MenuKey {
   bool own;
 };
 const MenuKey kMenuKeys[] = {
-    {"menu_file_new", "Ctrl+N", true},       {"menu_file_open", "Ctrl+O", true},
-    {"menu_file_save", "Ctrl+S", true},      {"menu_file_save_as", "Ctrl+Shift+S", true},
-    {"menu_file_exit", "Ctrl+Q", true},      {"mUndo", "F7", false},
-    {"mCopy", "Ctrl+C", true},               {"mPaste", "Ctrl+V", true},
-    {"StrategicShow", "F1", false},          {"helpscreen", "/", false},
-    {"mRandom", "R", false},                 {"mHexSides", "Ctrl+H", true},
-    {"mGrid", "Ctrl+G", true},               {"HexControlOn", "F3", false},
+    {"menu_file_new", "Ctrl+N", true},
+    {"menu_file_open", "Ctrl+O", true},
+    {"menu_file_save", "Ctrl+S", true},
+    {"menu_file_save_as", "Ctrl+Shift+S", true},
+    {"menu_file_exit", "Ctrl+Q", true},
+    {"mUndo", "F7", false},
+    {"mCopy", "Ctrl+C", true},
+    {"mPaste", "Ctrl+V", true},
+    {"StrategicShow", "F1", false},
+    {"helpscreen", "/", false},
+    {"mRandom", "R", false},
+    {"mHexSides", "Ctrl+H", true},
+    {"mGrid", "Ctrl+G", true},
+    {"HexControlOn", "F3", false},
 };
 
 }  // namespace
@@ -131,8 +139,11 @@ MainLayout Form1::FittedLayout(int W, int H) {
   auto widen = [&](MainLayout& l) {
     // The top row.
     int x = l.Text1.Left + l.Text1.Width;
-    for (auto [w, r] : {std::pair<QWidget*, Rect*>{Command1_, &l.Command1}, {Command3_, &l.Command3},
-                        {Command5_, &l.Command5}, {Command6_, &l.Command6}, {Command2_, &l.Command2}}) {
+    for (auto [w, r] : {std::pair<QWidget*, Rect*>{Command1_, &l.Command1},
+                        {Command3_, &l.Command3},
+                        {Command5_, &l.Command5},
+                        {Command6_, &l.Command6},
+                        {Command2_, &l.Command2}}) {
       r->Left = x;
       r->Width = HintW(w, r->Width);
       r->Height = HintH(w, r->Height);

@@ -11,9 +11,9 @@
 #include "gui/PictureBox.h"
 #include "gui/formkit.h"
 #include "gui/qtui.h"
+#include "gui/surfaces.h"
 #include "session.h"
 #include "view/layout.h"
-#include "gui/surfaces.h"
 
 namespace kv::gui {
 

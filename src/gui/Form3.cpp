@@ -99,13 +99,34 @@ void Form3::AfterChange() {
   if (auto* main = dynamic_cast<VbForm*>(parentWidget())) main->SyncControls();
 }
 
-void Form3::Command1_Click() { Control_Command1_Click(s_); AfterChange(); }
-void Form3::Command2_Click() { Control_Command2_Click(s_); AfterChange(); }
-void Form3::Command3_Click() { Control_Command3_Click(s_); AfterChange(); }
-void Form3::Command4_Click() { Control_Command4_Click(s_); AfterChange(); }
-void Form3::Label2_Click(int Index) { Control_Label2_Click(s_, Index); AfterChange(); }
-void Form3::List1_Click() { Control_List1_Click(s_, List1_->currentRow()); AfterChange(); }
-void Form3::List2_Click() { Control_List2_Click(s_, List2_->currentRow()); AfterChange(); }
+void Form3::Command1_Click() {
+  Control_Command1_Click(s_);
+  AfterChange();
+}
+void Form3::Command2_Click() {
+  Control_Command2_Click(s_);
+  AfterChange();
+}
+void Form3::Command3_Click() {
+  Control_Command3_Click(s_);
+  AfterChange();
+}
+void Form3::Command4_Click() {
+  Control_Command4_Click(s_);
+  AfterChange();
+}
+void Form3::Label2_Click(int Index) {
+  Control_Label2_Click(s_, Index);
+  AfterChange();
+}
+void Form3::List1_Click() {
+  Control_List1_Click(s_, List1_->currentRow());
+  AfterChange();
+}
+void Form3::List2_Click() {
+  Control_List2_Click(s_, List2_->currentRow());
+  AfterChange();
+}
 void Form3::Form_KeyDown(int KeyCode, int Shift) { Control_KeyDown(s_, KeyCode, Shift); }
 
 bool Form3::SetOwnProperty(QObject* ctl, const QString& prop, const QString& value) {
@@ -120,8 +141,10 @@ bool Form3::SetOwnProperty(QObject* ctl, const QString& prop, const QString& val
   l->setCurrentRow(v);
   syncing_ = false;
   if (l->currentRow() == v) {
-    if (ctl == List1_) List1_Click();
-    else List2_Click();
+    if (ctl == List1_)
+      List1_Click();
+    else
+      List2_Click();
   }
   return true;
 }

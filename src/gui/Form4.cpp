@@ -11,9 +11,9 @@
 
 #include "bitmaputil/bitmaputil.h"
 #include "gui/Form1.h"
-#include "gui/keeper.h"
 #include "gui/PictureBox.h"
 #include "gui/formkit.h"
+#include "gui/keeper.h"
 #include "gui/qtui.h"
 #include "session.h"
 #include "view/layout.h"
@@ -82,8 +82,12 @@ Form4::Form4(Session& s, QWidget* parent) : QMainWindow(parent, Qt::Window), s_(
   VScroll1_->setObjectName(QStringLiteral("VScroll1"));
   HScroll1_ = new QScrollBar(Qt::Horizontal, c);
   HScroll1_->setObjectName(QStringLiteral("HScroll1"));
-  connect(HScroll1_, &QScrollBar::valueChanged, this, [this](int) { if (!syncing_) HScroll1_Change(); });
-  connect(VScroll1_, &QScrollBar::valueChanged, this, [this](int) { if (!syncing_) VScroll1_Change(); });
+  connect(HScroll1_, &QScrollBar::valueChanged, this, [this](int) {
+    if (!syncing_) HScroll1_Change();
+  });
+  connect(VScroll1_, &QScrollBar::valueChanged, this, [this](int) {
+    if (!syncing_) VScroll1_Change();
+  });
 
   Frame1_ = new QGroupBox(QStringLiteral("Color Reduction Value"), c);
   Frame1_->setObjectName(QStringLiteral("Frame1"));
@@ -271,12 +275,8 @@ void Form4::PlacePicture3() {
 
 void Form4::OnChanged(Change what) {
   switch (what) {
-    case Change::Form4Unload:
-      close();
-      return;
-    case Change::Form4Caption:
-      setWindowTitle(Latin1(s_.bmp.Caption));
-      return;
+    case Change::Form4Unload: close(); return;
+    case Change::Form4Caption: setWindowTitle(Latin1(s_.bmp.Caption)); return;
     case Change::Form4Picture2:
       dirty_ = QRect();
       // The bars follow a picture of another size.
@@ -284,9 +284,7 @@ void Form4::OnChanged(Change what) {
       SyncControls();
       Picture2_->update();
       return;
-    default:
-      SyncControls();
-      return;
+    default: SyncControls(); return;
   }
 }
 

@@ -8,10 +8,10 @@
 #include <QScrollBar>
 
 #include "gui/Form1.h"
-#include "jumpmap/jumpmap.h"
-#include "jumpmap/jumpwindow.h"
 #include "gui/PictureBox.h"
 #include "gui/formkit.h"
+#include "jumpmap/jumpmap.h"
+#include "jumpmap/jumpwindow.h"
 #include "session.h"
 
 namespace kv::gui {
@@ -54,8 +54,8 @@ Form5::Form5(Session& s, QWidget* parent) : QMainWindow(parent, Qt::Window), s_(
   connect(List1_, &QListWidget::itemClicked, this, [this](QListWidgetItem*) { List1_Click(); });
 
   auto entry = [this](QMenu* menu, const char* name, const char* caption, void (Form5::*h)()) {
-    QAction* a = menu ? menu->addAction(QString::fromLatin1(caption))
-                      : menuBar()->addAction(QString::fromLatin1(caption));
+    QAction* a =
+        menu ? menu->addAction(QString::fromLatin1(caption)) : menuBar()->addAction(QString::fromLatin1(caption));
     a->setObjectName(QString::fromLatin1(name));
     connect(a, &QAction::triggered, this, h);
   };
@@ -198,10 +198,22 @@ void Form5::show_objectives_Click() {
   Refresh();
 }
 
-void Form5::mRoads_Click() { JumpMapSetFilter(s_, 0); Refresh(); }
-void Form5::mCities_Click() { JumpMapSetFilter(s_, 5); Refresh(); }
-void Form5::mZoomIn_Click() { JumpMapZoom(s_, -0.1f); Refresh(); }
-void Form5::mZoomOut_Click() { JumpMapZoom(s_, 0.1f); Refresh(); }
+void Form5::mRoads_Click() {
+  JumpMapSetFilter(s_, 0);
+  Refresh();
+}
+void Form5::mCities_Click() {
+  JumpMapSetFilter(s_, 5);
+  Refresh();
+}
+void Form5::mZoomIn_Click() {
+  JumpMapZoom(s_, -0.1f);
+  Refresh();
+}
+void Form5::mZoomOut_Click() {
+  JumpMapZoom(s_, 0.1f);
+  Refresh();
+}
 void Form5::Form_KeyDown(int KeyCode, int Shift) {
   JumpWindowKeyDown(s_, KeyCode, Shift);
   Refresh();
@@ -226,8 +238,8 @@ void Form5::Refresh() {
     Picture2_->resize(want);
     // A picture of another size changes the bars' ranges.
     const QWidget* c = centralWidget();
-    const JumpWindowLayout l = LayoutJumpWindow(c->width(), c->height(), VScroll1_->sizeHint().width(),
-                                                HScroll1_->sizeHint().height());
+    const JumpWindowLayout l =
+        LayoutJumpWindow(c->width(), c->height(), VScroll1_->sizeHint().width(), HScroll1_->sizeHint().height());
     JumpScrollRanges(s_, l.Picture1.Width - kPictureBorder, l.Picture1.Height - kPictureBorder, false);
   }
   Picture2_->update();

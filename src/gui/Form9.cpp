@@ -1,9 +1,10 @@
 #include "gui/Form9.h"
 
+#include <algorithm>
+
 #include <QCloseEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <algorithm>
 
 #include "editing/controlform.h"
 #include "gui/formkit.h"

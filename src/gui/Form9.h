@@ -2,8 +2,9 @@
 // into a picture. The picture is made when the dialog closes.
 #pragma once
 
-#include <QDialog>
 #include <functional>
+
+#include <QDialog>
 
 #include "gui/vbform.h"
 

@@ -168,13 +168,22 @@ void LoadSave::closeEvent(QCloseEvent* ev) {
   if (s_.ed.dlg.Loaded) LoadSave_Unload(s_);
 }
 
-void LoadSave::Form_Activate() { LoadSave_Form_Activate(s_); SyncControls(); }
+void LoadSave::Form_Activate() {
+  LoadSave_Form_Activate(s_);
+  SyncControls();
+}
 void LoadSave::Drive1_Change() {
   s_.ed.dlg.Dir1Path.assign(1, '/');  // the root (a one-character literal here trips a false -Wrestrict)
   Dir1_Change();
 }
-void LoadSave::Dir1_Change() { LoadSave_Dir1_Change(s_); SyncControls(); }
-void LoadSave::List1_Click() { LoadSave_List1_Click(s_); SyncControls(); }
+void LoadSave::Dir1_Change() {
+  LoadSave_Dir1_Change(s_);
+  SyncControls();
+}
+void LoadSave::List1_Click() {
+  LoadSave_List1_Click(s_);
+  SyncControls();
+}
 void LoadSave::Command1_Click() { LoadSave_Command1_Click(s_); }
 void LoadSave::Command2_Click() { LoadSave_Command2_Click(s_); }
 void LoadSave::Command3_Click() { LoadSave_Command3_Click(s_); }

@@ -3,9 +3,10 @@
 // button (1 left, 2 right, 4 middle) and shift state (1 shift, 2 control, 4 alt).
 #pragma once
 
+#include <functional>
+
 #include <QImage>
 #include <QWidget>
-#include <functional>
 
 namespace kv::gui {
 

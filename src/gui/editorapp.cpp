@@ -1,7 +1,8 @@
 #include "gui/editorapp.h"
 
-#include <QEvent>
 #include <vector>
+
+#include <QEvent>
 
 namespace kv::gui {
 
@@ -17,12 +18,9 @@ int Kind(QEvent::Type t) {
     case QEvent::KeyRelease:
     case QEvent::Shortcut:
     case QEvent::Close:
-    case QEvent::Drop:
-      return 1;
-    case QEvent::MetaCall:
-      return 2;
-    default:
-      return 0;
+    case QEvent::Drop: return 1;
+    case QEvent::MetaCall: return 2;
+    default: return 0;
   }
 }
 
@@ -32,7 +30,9 @@ EditorApplication::EditorApplication(int& argc, char** argv) : QApplication(argc
 
 EditorApplication::~EditorApplication() = default;
 
-EditorApplication* EditorApplication::Instance() { return dynamic_cast<EditorApplication*>(QCoreApplication::instance()); }
+EditorApplication* EditorApplication::Instance() {
+  return dynamic_cast<EditorApplication*>(QCoreApplication::instance());
+}
 
 int EditorApplication::AddListener(Listener f) {
   listeners_[nextId_] = std::move(f);

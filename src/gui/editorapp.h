@@ -5,9 +5,10 @@
 // (a modal dialog's, a message box's) wait for the outermost one to end.
 #pragma once
 
-#include <QApplication>
 #include <functional>
 #include <map>
+
+#include <QApplication>
 
 namespace kv::gui {
 

@@ -1,11 +1,12 @@
 #include "gui/editorscript.h"
 
-#include <QPoint>
 #include <algorithm>
 #include <climits>
 #include <iterator>
 #include <utility>
 #include <vector>
+
+#include <QPoint>
 
 #include "gui/Form1.h"
 #include "gui/keeper.h"
@@ -46,7 +47,8 @@ QPoint ViewMiddle(Form1& f) {
 const EditorName kNames[] = {
     // Neighbours that follow: with auto-tile on, a painted hex's six
     // neighbours are chosen again. Every script starts with it off.
-    {"AutoNeighbours", {},
+    {"AutoNeighbours",
+     {},
      [](Form1& f, const QString& v, QString* err) {
        int n = 0;
        if (!Int(v, &n, err)) return false;
@@ -58,7 +60,8 @@ const EditorName kNames[] = {
        return true;
      },
      [](Form1& f) { return QString::number(f.session().pens.AutoNeighbours); }},
-    {"Guard", {},
+    {"Guard",
+     {},
      [](Form1& f, const QString& v, QString* err) {
        long long n = 0;
        if (!EditorNumber(v, &n, err)) return false;
@@ -73,14 +76,16 @@ const EditorName kNames[] = {
        f.keeper().OfferRecovery();
        return true;
      },
-     {}, {}},
+     {},
+     {}},
     {"Redo",
      [](Form1& f, const QStringList& a, QString* err) {
        if (!NoArgs(a, err)) return false;
        f.keeper().Redo();
        return true;
      },
-     {}, {}},
+     {},
+     {}},
     {"RedoCount", {}, {}, [](Form1& f) { return QString::number(f.keeper().history().RedoCount()); }},
     {"RedoText", {}, {}, [](Form1& f) { return QString::fromStdString(f.keeper().history().RedoName()); }},
     // Press at the first point of the view (its pixels as the window shows
@@ -105,14 +110,16 @@ const EditorName kNames[] = {
        f.SyncControls();
        return true;
      },
-     {}, {}},
+     {},
+     {}},
     {"Undo",
      [](Form1& f, const QStringList& a, QString* err) {
        if (!NoArgs(a, err)) return false;
        f.keeper().Undo();
        return true;
      },
-     {}, {}},
+     {},
+     {}},
     {"UndoCount", {}, {}, [](Form1& f) { return QString::number(f.keeper().history().UndoCount()); }},
     {"UndoText", {}, {}, [](Form1& f) { return QString::fromStdString(f.keeper().history().UndoName()); }},
     {"WriteRecovery",
@@ -120,7 +127,8 @@ const EditorName kNames[] = {
        if (!NoArgs(a, err)) return false;
        return f.keeper().WriteRecovery(err);
      },
-     {}, {}},
+     {},
+     {}},
     // A turn of the wheel over the middle of the view: 120 a notch, SHIFT 1
     // Shift, 2 Ctrl.
     {"Wheel",
@@ -135,9 +143,11 @@ const EditorName kNames[] = {
        f.Wheel(delta, 0, shift, m.x(), m.y());
        return true;
      },
-     {}, {}},
+     {},
+     {}},
     // The zoom in per cent; setting it asks for the editor's layout.
-    {"Zoom", {},
+    {"Zoom",
+     {},
      [](Form1& f, const QString& v, QString* err) {
        int z = 0;
        if (!Int(v, &z, err)) return false;

@@ -10,10 +10,11 @@
 // by side rarely meet. Document each in the README's table of Editor names.
 #pragma once
 
-#include <QString>
-#include <QStringList>
 #include <functional>
 #include <vector>
+
+#include <QString>
+#include <QStringList>
 
 namespace kv::gui {
 

@@ -62,7 +62,8 @@ KeyPreview::KeyPreview(QWidget* form, std::function<void(int, int)> onKey)
     : QObject(form), form_(form), onKey_(std::move(onKey)) {
   // Not while an event is being delivered: a filter installed then would let
   // the application's other filters see that event a second time.
-  QMetaObject::invokeMethod(this, [this]() { qApp->installEventFilter(this); }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      this, [this]() { qApp->installEventFilter(this); }, Qt::QueuedConnection);
 }
 
 KeyPreview::~KeyPreview() { qApp->removeEventFilter(this); }

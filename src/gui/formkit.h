@@ -2,11 +2,12 @@
 // window system, a label that reports clicks, and the form-wide key preview.
 #pragma once
 
+#include <functional>
+#include <string>
+
 #include <QImage>
 #include <QLabel>
 #include <QObject>
-#include <functional>
-#include <string>
 
 class QKeyEvent;
 class QWidget;

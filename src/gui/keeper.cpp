@@ -3,18 +3,18 @@
 #include <QAction>
 #include <QApplication>
 #include <QDateTime>
-#include <QSettings>
-#include <QTimer>
 #include <QKeyEvent>
-#include <QLineEdit>
 #include <QKeySequence>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSettings>
+#include <QTimer>
 
-#include "editing/filemenu.h"
 #include "document/mapfile.h"
 #include "document/namestore.h"
+#include "editing/filemenu.h"
 #include "editing/mapload.h"
 #include "gui/Form1.h"
 #include "gui/editorapp.h"
@@ -90,7 +90,8 @@ void Keeper::InstallUi() {
     form_.addAction(redo_);
   }
   auto keys = [this](const char* name, const char* seq) {
-    if (auto* a = form_.findChild<QAction*>(QString::fromLatin1(name))) a->setShortcut(QKeySequence(QString::fromLatin1(seq)));
+    if (auto* a = form_.findChild<QAction*>(QString::fromLatin1(name)))
+      a->setShortcut(QKeySequence(QString::fromLatin1(seq)));
   };
   keys("menu_file_new", "Ctrl+N");
   keys("menu_file_open", "Ctrl+O");
@@ -221,8 +222,10 @@ QString Keeper::Title() const {
 }
 
 bool Keeper::Modified() {
-  if (history_->Depth() == 0) Settle();
-  else history_->Commit();
+  if (history_->Depth() == 0)
+    Settle();
+  else
+    history_->Commit();
   return history_->Modified();
 }
 

@@ -6,11 +6,12 @@
 // writes.
 #pragma once
 
+#include <memory>
+#include <optional>
+
 #include <QObject>
 #include <QString>
 #include <QStringList>
-#include <memory>
-#include <optional>
 
 #include "editing/history.h"
 #include "editing/recovery.h"

@@ -1,11 +1,12 @@
 // korvane-mapedit: the map editor.
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QIcon>
 #include <QMessageBox>
-#include <cstdio>
-#include <cstring>
-#include <filesystem>
 
 #include "cli/commands.h"
 #include "editing/fileflow.h"
@@ -60,8 +61,8 @@ int main(int argc, char** argv) {
   QCommandLineOption appOpt(QStringLiteral("app"), QString(), QStringLiteral("DIR"));
   parser.addOption(appOpt);
   if (!parser.parse(QCoreApplication::arguments()) || parser.positionalArguments().size() > 1) {
-    const QString why = parser.positionalArguments().size() > 1 ? QStringLiteral("one map at a time")
-                                                                 : parser.errorText();
+    const QString why =
+        parser.positionalArguments().size() > 1 ? QStringLiteral("one map at a time") : parser.errorText();
     std::fprintf(stderr, "korvane-mapedit: %s\n%s", why.toLocal8Bit().constData(), kTryHelp);
     return 2;
   }

@@ -1,7 +1,8 @@
 #include "gui/qtui.h"
 
-#include <QMessageBox>
 #include <cstdio>
+
+#include <QMessageBox>
 
 namespace kv::gui {
 
@@ -39,9 +40,7 @@ int MessageBox(QWidget* parent, const std::string& text, int style) {
       box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
       box.setDefaultButton(QMessageBox::No);
       break;
-    default:
-      box.setStandardButtons(QMessageBox::Ok);
-      break;
+    default: box.setStandardButtons(QMessageBox::Ok); break;
   }
   switch (box.exec()) {
     case QMessageBox::Ok: return vbOK;

@@ -2,10 +2,11 @@
 // function), form closing and refresh notices.
 #pragma once
 
-#include <QObject>
 #include <deque>
 #include <functional>
 #include <string>
+
+#include <QObject>
 
 #include "platform/ui.h"
 

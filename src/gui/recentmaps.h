@@ -3,10 +3,11 @@
 // file dialog's Load does.
 #pragma once
 
-#include <QObject>
-#include <QStringList>
 #include <functional>
 #include <string>
+
+#include <QObject>
+#include <QStringList>
 
 class QAction;
 class QMenu;

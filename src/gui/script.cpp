@@ -1,12 +1,13 @@
 #include "gui/script.h"
 
-#include <QCoreApplication>
-#include <QRegularExpression>
-#include <QStringList>
 #include <functional>
 #include <map>
 #include <string>
 #include <vector>
+
+#include <QCoreApplication>
+#include <QRegularExpression>
+#include <QStringList>
 
 #include "gui/Form1.h"
 #include "gui/editorscript.h"
@@ -117,15 +118,15 @@ const std::map<QString, Var>& Variables() {
   static const std::map<QString, Var> vars = [] {
     std::map<QString, Var> m;
 #define KV_PEN(n) m[QStringLiteral(#n).toLower()] = I16([](Session& s) -> int16_t& { return s.pens.n; });
-    KV_PEN(CurTile) KV_PEN(CurNation) KV_PEN(CurOrigNation) KV_PEN(CurObjType) KV_PEN(CurSide)
-    KV_PEN(CurSideKind) KV_PEN(CurHexX) KV_PEN(CurHexY) KV_PEN(SelX1) KV_PEN(SelX2) KV_PEN(SelY1)
-    KV_PEN(SelY2) KV_PEN(CtlMode) KV_PEN(AutoTile) KV_PEN(AutoTileResume) KV_PEN(RandomMode)
-    KV_PEN(SideEdit) KV_PEN(ClearSides) KV_PEN(ElevMode) KV_PEN(ElevValue) KV_PEN(HexOutlines)
-    KV_PEN(ShowRoadControl) KV_PEN(HighlightTile) KV_PEN(GridOn) KV_PEN(GridX) KV_PEN(GridY)
-    KV_PEN(DefaultAreaAll) KV_PEN(ShiftKey) KV_PEN(AreaMode) KV_PEN(FromMapEdit) KV_PEN(ImgScaleA)
-    KV_PEN(ImgScaleB) KV_PEN(ColourCRV)
+    KV_PEN(CurTile)
+    KV_PEN(CurNation) KV_PEN(CurOrigNation) KV_PEN(CurObjType) KV_PEN(CurSide) KV_PEN(CurSideKind) KV_PEN(CurHexX)
+        KV_PEN(CurHexY) KV_PEN(SelX1) KV_PEN(SelX2) KV_PEN(SelY1) KV_PEN(SelY2) KV_PEN(CtlMode) KV_PEN(AutoTile)
+            KV_PEN(AutoTileResume) KV_PEN(RandomMode) KV_PEN(SideEdit) KV_PEN(ClearSides) KV_PEN(ElevMode)
+                KV_PEN(ElevValue) KV_PEN(HexOutlines) KV_PEN(ShowRoadControl) KV_PEN(HighlightTile) KV_PEN(GridOn)
+                    KV_PEN(GridX) KV_PEN(GridY) KV_PEN(DefaultAreaAll) KV_PEN(ShiftKey) KV_PEN(AreaMode)
+                        KV_PEN(FromMapEdit) KV_PEN(ImgScaleA) KV_PEN(ImgScaleB) KV_PEN(ColourCRV)
 #undef KV_PEN
-    m["jumpboxcolour"] = I32([](Session& s) -> int32_t& { return s.pens.JumpBoxColour; });
+                            m["jumpboxcolour"] = I32([](Session& s) -> int32_t& { return s.pens.JumpBoxColour; });
     // The view's origin is a hex number, 16 bits as every column and row.
     m["viewx"] = NumVar<int32_t>([](Session& s) -> int32_t& { return s.view.ViewX; }, -32768, 32767);
     m["viewy"] = NumVar<int32_t>([](Session& s) -> int32_t& { return s.view.ViewY; }, -32768, 32767);
@@ -329,10 +330,10 @@ class Runner {
       return;
     }
     if (parts.size() != 2) Fail(QStringLiteral("\"%1\" names nothing known").arg(t[0]));
-    f_.keeper().history().Name(
-        (parts[0].compare(QStringLiteral("Form1"), Qt::CaseInsensitive) == 0 ? f_.keeper().StepName(parts[1], t.mid(1))
-                                                                             : parts[1])
-            .toStdString());
+    f_.keeper().history().Name((parts[0].compare(QStringLiteral("Form1"), Qt::CaseInsensitive) == 0
+                                    ? f_.keeper().StepName(parts[1], t.mid(1))
+                                    : parts[1])
+                                   .toStdString());
     VbForm* form = Form(parts[0]);
     QString err;
     if (!InvokeHandler(form->formWidget(), parts[1], t.mid(1), &err)) Fail(err);

@@ -9,10 +9,11 @@
 //   clickhex X Y [BUTTON [SHIFT]]   a press inside hex (X, Y) of the current view
 #pragma once
 
-#include <QString>
 #include <cstdio>
 #include <istream>
 #include <vector>
+
+#include <QString>
 
 namespace kv::gui {
 

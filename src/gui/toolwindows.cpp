@@ -45,8 +45,10 @@ void ToolWindows::KeepOnScreen(QWidget* w) {
     g.setSize(QSize(std::min(g.width(), maxW), std::min(g.height(), maxH)).expandedTo(w->minimumSize()));
     w->resize(g.size());
   }
-  int x = std::clamp(g.x(), avail.left() + kFrameSide, std::max(avail.left() + kFrameSide, avail.right() + 1 - kFrameSide - g.width()));
-  int y = std::clamp(g.y(), avail.top() + kFrameTop, std::max(avail.top() + kFrameTop, avail.bottom() + 1 - kFrameSide - g.height()));
+  int x = std::clamp(g.x(), avail.left() + kFrameSide,
+                     std::max(avail.left() + kFrameSide, avail.right() + 1 - kFrameSide - g.width()));
+  int y = std::clamp(g.y(), avail.top() + kFrameTop,
+                     std::max(avail.top() + kFrameTop, avail.bottom() + 1 - kFrameSide - g.height()));
   if (x != g.x() || y != g.y()) w->move(x, y);
 }
 
@@ -95,8 +97,7 @@ bool ToolWindows::eventFilter(QObject* obj, QEvent* ev) {
     case QEvent::Hide:
       if (w->isVisible() || ev->type() == QEvent::Hide) Remember(w);
       break;
-    default:
-      break;
+    default: break;
   }
   return QObject::eventFilter(obj, ev);
 }

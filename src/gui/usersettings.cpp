@@ -1,7 +1,8 @@
 #include "gui/usersettings.h"
 
-#include <QSettings>
 #include <memory>
+
+#include <QSettings>
 
 #include "gui/qtui.h"
 
@@ -23,8 +24,8 @@ QSettings* UserSettings() {
     Chosen() = true;
     // The editor's file in the user's configuration folder; a script keeps none.
     if (!Script().active)
-      Store() = std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("korvane-mapedit"),
-                                            QStringLiteral("editor"));
+      Store() = std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
+                                            QStringLiteral("korvane-mapedit"), QStringLiteral("editor"));
   }
   return Store().get();
 }

@@ -1,5 +1,7 @@
 #include "gui/vbform.h"
 
+#include <cmath>
+
 #include <QAbstractButton>
 #include <QAction>
 #include <QLabel>
@@ -12,7 +14,6 @@
 #include <QStringList>
 #include <QVariant>
 #include <QWidget>
-#include <cmath>
 
 #include "gui/PictureBox.h"
 
@@ -157,8 +158,10 @@ bool SetControlProperty(VbForm& form, QObject* ctl, const QString& propIn, const
     if (prop == "visible" || prop == "enabled") {
       const bool b = ParseBool(value, &ok);
       if (ok) {
-        if (prop == "visible") w->setVisible(b);
-        else w->setEnabled(b);
+        if (prop == "visible")
+          w->setVisible(b);
+        else
+          w->setEnabled(b);
         return true;
       }
       return *err = QStringLiteral("%1 takes True or False, not \"%2\"").arg(propIn, value), false;
@@ -204,8 +207,7 @@ bool InvokeHandler(QObject* form, const QString& name, const QStringList& args, 
         const double v = args[k].trimmed().toDouble(&ok);
         ok = ok && std::isfinite(v) && std::abs(v) <= kMaxEventNumber;
         vals[k] = v;
-      }
-      else if (type == QMetaType::QString)
+      } else if (type == QMetaType::QString)
         vals[k] = args[k];
       else
         ok = false;

@@ -38,8 +38,7 @@ void DrawBox(Bitmap& b, const DrawnBox& box) {
 }  // namespace
 
 uint32_t TerrainColour(const RefData& r, int t) {
-  if (t < 0 || t > r.TerrainMax || static_cast<size_t>(t) * 3 + 2 >= r.TerrainRGBData.size())
-    return 0;
+  if (t < 0 || t > r.TerrainMax || static_cast<size_t>(t) * 3 + 2 >= r.TerrainRGBData.size()) return 0;
   return RGB(r.TerrainRGB(2, t), r.TerrainRGB(1, t), r.TerrainRGB(0, t));
 }
 

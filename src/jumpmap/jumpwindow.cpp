@@ -91,7 +91,11 @@ bool JumpShowObjectives(Session& s) {
   if (!Report(s, ZoomFlags(s, 0, &err), err)) return false;
   const ViewState& v = s.view;
   // The box goes to the pixels numbered like the view's hexes.
-  s.jump.Picture2Box = {true, v.ViewX, v.ViewY, v.ViewX + v.ViewCols, v.ViewY + v.ViewRows,
+  s.jump.Picture2Box = {true,
+                        v.ViewX,
+                        v.ViewY,
+                        v.ViewX + v.ViewCols,
+                        v.ViewY + v.ViewRows,
                         static_cast<uint32_t>(s.pens.JumpBoxColour) & 0xFFFFFFu};
   s.ui().Changed(Change::Form5Picture2);
   return true;

@@ -85,7 +85,8 @@ bool JumpMapFollow(Session& s, const HexRect& changed) {
   Bitmap scratch(rw, rh);
   scratch.Fill(kPictureBackColour);
   const int x0 = std::max(0, (rx - extraX) / g.colp - 1), x1 = std::min<int>(d.MapMaxX, (rx + rw) / g.colp + 1);
-  const int y0 = std::max(0, (ry - extraY - g.rowp) / g.rowp - 1), y1 = std::min<int>(d.MapMaxY, (ry + rh) / g.rowp + 1);
+  const int y0 = std::max(0, (ry - extraY - g.rowp) / g.rowp - 1),
+            y1 = std::min<int>(d.MapMaxY, (ry + rh) / g.rowp + 1);
   for (int x = x0; x <= x1; ++x)
     for (int y = y0; y <= y1; ++y) DrawJumpHex(s, scratch, g, x, y, -rx, -ry);
   BitBlt(pic, rx, ry, rw, rh, &scratch, 0, 0, SRCCOPY);

@@ -29,15 +29,15 @@ bool CheckMapSection(const Document& d, const RefData& r, int x, int y, int w, i
   // The loops run from 0 to w and 0 to h inclusive: the section reads one
   // column and one row beyond its picture, and all of them must be on the map.
   if (x < 0 || y < 0 || int64_t{x} + w > d.MapMaxX || int64_t{y} + h > d.MapMaxY)
-    return Fail(err, "columns " + std::to_string(x) + " to " + std::to_string(int64_t{x} + w) +
-                         " and rows " + std::to_string(y) + " to " + std::to_string(int64_t{y} + h) +
-                         " run off the map (last column " + std::to_string(d.MapMaxX) +
-                         ", last row " + std::to_string(d.MapMaxY) + ")");
+    return Fail(err, "columns " + std::to_string(x) + " to " + std::to_string(int64_t{x} + w) + " and rows " +
+                         std::to_string(y) + " to " + std::to_string(int64_t{y} + h) +
+                         " run off the map (last column " + std::to_string(d.MapMaxX) + ", last row " +
+                         std::to_string(d.MapMaxY) + ")");
   return true;
 }
 
-void DrawMapSection(const Document& d, const RefData& r, const SpriteBank& b, int x, int y, int w, int h,
-                    int64_t top, Bitmap& strip) {
+void DrawMapSection(const Document& d, const RefData& r, const SpriteBank& b, int x, int y, int w, int h, int64_t top,
+                    Bitmap& strip) {
   strip.Fill(kPictureBackColour);
   const int W = r.HexW, H = r.HexH;
   const int64_t bottom = top + strip.Height();
@@ -75,8 +75,7 @@ bool ExportMapImage(Session& s) {
   const int w = s.pens.ImgScaleA, h = s.pens.ImgScaleB;
   std::string err;
   Bitmap& canvas = s.sprites.Picture5;
-  if (RenderMapImage(s, s.view.ViewX, s.view.ViewY, w, h, canvas, &err) &&
-      WriteBmpFile(s.App("map.bmp"), canvas, &err))
+  if (RenderMapImage(s, s.view.ViewX, s.view.ViewY, w, h, canvas, &err) && WriteBmpFile(s.App("map.bmp"), canvas, &err))
     return true;
   s.MsgBox("Not enough Memory", vbOKOnly);
   canvas.Create(1, 1);

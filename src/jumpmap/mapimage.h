@@ -27,8 +27,8 @@ bool CheckMapSection(const Document& d, const RefData& r, int x, int y, int w, i
 // Draws rows top .. top + strip.Height() of the section's picture into strip
 // (whose width is the picture's): the same pixels as those rows of the
 // picture drawn whole. The section must have passed CheckMapSection.
-void DrawMapSection(const Document& d, const RefData& r, const SpriteBank& b, int x, int y, int w, int h,
-                    int64_t top, Bitmap& strip);
+void DrawMapSection(const Document& d, const RefData& r, const SpriteBank& b, int x, int y, int w, int h, int64_t top,
+                    Bitmap& strip);
 
 // Key F6, after the size dialog has set ImgScaleA and ImgScaleB: renders the
 // section at the view's top left into Picture5 and writes "map.bmp" in the

@@ -17,8 +17,8 @@ struct SpriteBank;
 
 struct PictureOptions {
   PngCompression compression = PngCompression::Fast;
-  int threads = 0;    // compressing threads, 0: one per core
-  bool sync = true;   // flush the file to disk before it is renamed into place
+  int threads = 0;   // compressing threads, 0: one per core
+  bool sync = true;  // flush the file to disk before it is renamed into place
   // Called after each strip with the rows written so far and the picture's
   // height.
   std::function<void(int64_t done, int64_t rows)> progress;

@@ -10,12 +10,12 @@
 // read past its end.
 #include "platform/bitmap.h"
 
-#include "platform/fileio.h"
-
 #include <algorithm>
 #include <cstring>
-#include <unordered_map>
 #include <limits>
+#include <unordered_map>
+
+#include "platform/fileio.h"
 
 namespace kv {
 
@@ -106,8 +106,7 @@ namespace {
 
 // Cuts a copy of w x h from (sx, sy) to (dx, dy) to the rectangle that lies
 // inside both the destination and (when there is one) the source.
-bool ClipCopy(int dw, int dh, const Bitmap* src, int& dx, int& dy, int& w, int& h, int& sx,
-              int& sy) {
+bool ClipCopy(int dw, int dh, const Bitmap* src, int& dx, int& dy, int& w, int& h, int& sx, int& sy) {
   if (w <= 0 || h <= 0) return false;
   int64_t x0 = dx, y0 = dy, x1 = int64_t{dx} + w, y1 = int64_t{dy} + h;
   x0 = std::max<int64_t>(x0, 0);
@@ -184,24 +183,16 @@ inline void MaskRow(uint32_t* d, const uint32_t* m, const uint32_t* s, int n) {
 
 inline void RowOp(uint32_t* d, const uint32_t* s, int n, uint32_t rop) {
   switch (rop) {
-    case SRCCOPY:
-      std::memmove(d, s, static_cast<size_t>(n) * 4);
-      break;
-    case SRCAND:
-      CombineRow<true>(d, s, n);
-      break;
-    case SRCPAINT:
-      CombineRow<false>(d, s, n);
-      break;
-    default:
-      break;
+    case SRCCOPY: std::memmove(d, s, static_cast<size_t>(n) * 4); break;
+    case SRCAND: CombineRow<true>(d, s, n); break;
+    case SRCPAINT: CombineRow<false>(d, s, n); break;
+    default: break;
   }
 }
 
 }  // namespace
 
-void BitBlt(Bitmap& dst, int dx, int dy, int w, int h, const Bitmap* src, int sx, int sy,
-            uint32_t rop) {
+void BitBlt(Bitmap& dst, int dx, int dy, int w, int h, const Bitmap* src, int sx, int sy, uint32_t rop) {
   if (rop == BLACKNESS) {
     if (!ClipCopy(dst.Width(), dst.Height(), nullptr, dx, dy, w, h, sx, sy)) return;
     dst.FillRect(dx, dy, w, h, 0);
@@ -267,8 +258,7 @@ struct SpanKeyHash {
 };
 using RowSpans = std::vector<std::pair<int, int>>;  // [first, end) a row, first == end: none
 
-const RowSpans& ActiveSpans(const Bitmap& mask, int mx, int my, const Bitmap& sprite, int sx, int sy, int w,
-                            int h) {
+const RowSpans& ActiveSpans(const Bitmap& mask, int mx, int my, const Bitmap& sprite, int sx, int sy, int w, int h) {
   thread_local std::unordered_map<SpanKey, RowSpans, SpanKeyHash> cache;
   const SpanKey key{mask.Generation(), sprite.Generation(), mx, my, sx, sy, w, h};
   if (auto it = cache.find(key); it != cache.end()) return it->second;
@@ -290,8 +280,8 @@ const RowSpans& ActiveSpans(const Bitmap& mask, int mx, int my, const Bitmap& sp
 
 }  // namespace
 
-void MaskedBlt(Bitmap& dst, int dx, int dy, int w, int h, const Bitmap& mask, int mx, int my,
-               const Bitmap& sprite, int sx, int sy) {
+void MaskedBlt(Bitmap& dst, int dx, int dy, int w, int h, const Bitmap& mask, int mx, int my, const Bitmap& sprite,
+               int sx, int sy) {
   int ax = dx, ay = dy, aw = w, ah = h, amx = mx, amy = my;
   int bx = dx, by = dy, bw = w, bh = h, bsx = sx, bsy = sy;
   const bool a = ClipCopy(dst.Width(), dst.Height(), &mask, ax, ay, aw, ah, amx, amy);
@@ -307,9 +297,9 @@ void MaskedBlt(Bitmap& dst, int dx, int dy, int w, int h, const Bitmap& mask, in
   uint32_t* d = dst.Row(ay) + ax;
   const uint32_t* m = mask.Row(amy) + amx;
   const uint32_t* sp = sprite.Row(bsy) + bsx;
-  const bool whole = mx >= 0 && my >= 0 && sx >= 0 && sy >= 0 && w > 0 && h > 0 &&
-                     int64_t{mx} + w <= mask.Width() && int64_t{my} + h <= mask.Height() &&
-                     int64_t{sx} + w <= sprite.Width() && int64_t{sy} + h <= sprite.Height();
+  const bool whole = mx >= 0 && my >= 0 && sx >= 0 && sy >= 0 && w > 0 && h > 0 && int64_t{mx} + w <= mask.Width() &&
+                     int64_t{my} + h <= mask.Height() && int64_t{sx} + w <= sprite.Width() &&
+                     int64_t{sy} + h <= sprite.Height();
   if (!whole) {
     for (int r = 0; r < ah; ++r, d += ds, m += ms, sp += ss) MaskRow(d, m, sp, aw);
     return;
@@ -324,8 +314,8 @@ void MaskedBlt(Bitmap& dst, int dx, int dy, int w, int h, const Bitmap& mask, in
   }
 }
 
-void StretchBlt(Bitmap& dst, int dx, int dy, int dw, int dh, const Bitmap& src, int sx, int sy,
-                int sw, int sh, uint32_t rop) {
+void StretchBlt(Bitmap& dst, int dx, int dy, int dw, int dh, const Bitmap& src, int sx, int sy, int sw, int sh,
+                uint32_t rop) {
   if (dw == 0 || dh == 0 || sw == 0 || sh == 0) return;
   if (rop != SRCCOPY && rop != SRCAND && rop != SRCPAINT && rop != BLACKNESS) return;
   // A rectangle with a negative extent runs from x + w up to x (exclusive),
@@ -361,9 +351,12 @@ void StretchBlt(Bitmap& dst, int dx, int dy, int dw, int dh, const Bitmap& src, 
     for (int i = 0; i < adw; ++i) {
       int x = dx0 + i, c = col[i];
       if (x < 0 || x >= dst.Width() || c < 0 || c >= from->Width()) continue;
-      if (rop == SRCCOPY) d[x] = s[c];
-      else if (rop == SRCAND) d[x] &= s[c];
-      else d[x] |= s[c];
+      if (rop == SRCCOPY)
+        d[x] = s[c];
+      else if (rop == SRCAND)
+        d[x] &= s[c];
+      else
+        d[x] |= s[c];
     }
   }
 }
@@ -382,8 +375,8 @@ bool Fail(std::string* err, const std::string& what) {
 
 uint16_t U16(const uint8_t* p) { return static_cast<uint16_t>(p[0] | (p[1] << 8)); }
 uint32_t U32(const uint8_t* p) {
-  return static_cast<uint32_t>(p[0]) | (static_cast<uint32_t>(p[1]) << 8) |
-         (static_cast<uint32_t>(p[2]) << 16) | (static_cast<uint32_t>(p[3]) << 24);
+  return static_cast<uint32_t>(p[0]) | (static_cast<uint32_t>(p[1]) << 8) | (static_cast<uint32_t>(p[2]) << 16) |
+         (static_cast<uint32_t>(p[3]) << 24);
 }
 
 // Extracts one channel under a bit-field mask, scaled to 0..255.
@@ -411,8 +404,7 @@ bool ReadBmp(ByteSource& in, Bitmap& out, std::string* err) {
   const uint64_t total = in.size();
   const uint64_t start = in.pos();
   uint8_t fh[14];
-  if (in.remaining() < 14 || !in.read(fh, 14))
-    return Fail(err, "not a BMP file: shorter than its file header");
+  if (in.remaining() < 14 || !in.read(fh, 14)) return Fail(err, "not a BMP file: shorter than its file header");
   if (fh[0] != 'B' || fh[1] != 'M') return Fail(err, "not a BMP file: it does not begin with BM");
   uint32_t offBits = U32(fh + 10);
 
@@ -426,8 +418,7 @@ bool ReadBmp(ByteSource& in, Bitmap& out, std::string* err) {
     return Fail(err, "damaged BMP file: the picture header is longer than the file");
   std::vector<uint8_t> h(hsize);
   std::memcpy(h.data(), sizeBytes, 4);
-  if (!in.read(h.data() + 4, hsize - 4))
-    return Fail(err, "damaged BMP file: the picture header is cut short");
+  if (!in.read(h.data() + 4, hsize - 4)) return Fail(err, "damaged BMP file: the picture header is cut short");
 
   int64_t width, height;
   int bpp;
@@ -449,32 +440,26 @@ bool ReadBmp(ByteSource& in, Bitmap& out, std::string* err) {
   bool topDown = height < 0;
   if (topDown) height = -height;
   if (width <= 0 || height <= 0)
-    return Fail(err, "damaged BMP file: the picture has no pixels (" + std::to_string(width) +
-                         " x " + std::to_string(height) + ")");
+    return Fail(err, "damaged BMP file: the picture has no pixels (" + std::to_string(width) + " x " +
+                         std::to_string(height) + ")");
   if (width > kMaxSide || height > kMaxSide)
-    return Fail(err, "BMP picture too large: " + std::to_string(width) + " x " +
-                         std::to_string(height));
+    return Fail(err, "BMP picture too large: " + std::to_string(width) + " x " + std::to_string(height));
   if (bpp != 1 && bpp != 4 && bpp != 8 && bpp != 16 && bpp != 24 && bpp != 32)
     return Fail(err, "unsupported BMP depth of " + std::to_string(bpp) + " bits per pixel");
   switch (compression) {
-    case 0:
-      break;
+    case 0: break;
     case 3:
     case 6:
       if (bpp != 16 && bpp != 32)
-        return Fail(err, "damaged BMP file: bit-field masks with " + std::to_string(bpp) +
-                             " bits per pixel");
+        return Fail(err, "damaged BMP file: bit-field masks with " + std::to_string(bpp) + " bits per pixel");
       break;
     case 1:
     case 2:
       return Fail(err, "unsupported BMP compression: run-length encoded (RLE" +
                            std::string(compression == 1 ? "8" : "4") + ")");
-    case 4:
-      return Fail(err, "unsupported BMP compression: JPEG inside a BMP");
-    case 5:
-      return Fail(err, "unsupported BMP compression: PNG inside a BMP");
-    default:
-      return Fail(err, "unsupported BMP compression code " + std::to_string(compression));
+    case 4: return Fail(err, "unsupported BMP compression: JPEG inside a BMP");
+    case 5: return Fail(err, "unsupported BMP compression: PNG inside a BMP");
+    default: return Fail(err, "unsupported BMP compression code " + std::to_string(compression));
   }
 
   // Bit-field masks: inside a longer header, or just after a 40-byte one.
@@ -487,8 +472,7 @@ bool ReadBmp(ByteSource& in, Bitmap& out, std::string* err) {
     } else {
       size_t n = compression == 6 ? 16 : 12;
       uint8_t m[16];
-      if (in.remaining() < n || !in.read(m, n))
-        return Fail(err, "damaged BMP file: the bit-field masks are cut short");
+      if (in.remaining() < n || !in.read(m, n)) return Fail(err, "damaged BMP file: the bit-field masks are cut short");
       masks[0] = U32(m);
       masks[1] = U32(m + 4);
       masks[2] = U32(m + 8);
@@ -519,19 +503,16 @@ bool ReadBmp(ByteSource& in, Bitmap& out, std::string* err) {
     if (n * entry > in.remaining())
       return Fail(err, "damaged BMP file: the colour table runs past the end of the file");
     std::vector<uint8_t> t(n * entry);
-    if (!in.read(t.data(), t.size()))
-      return Fail(err, "damaged BMP file: the colour table is cut short");
+    if (!in.read(t.data(), t.size())) return Fail(err, "damaged BMP file: the colour table is cut short");
     palette.resize(n);
-    for (uint32_t i = 0; i < n; ++i)
-      palette[i] = RGB(t[i * entry + 2], t[i * entry + 1], t[i * entry]);
+    for (uint32_t i = 0; i < n; ++i) palette[i] = RGB(t[i * entry + 2], t[i * entry + 1], t[i * entry]);
   }
 
   uint64_t stride = ((static_cast<uint64_t>(width) * bpp + 31) / 32) * 4;
   uint64_t need = stride * static_cast<uint64_t>(height);
   uint64_t dataAt = start + offBits;
   if (offBits == 0 || dataAt > total || need > total - dataAt)
-    return Fail(err, "damaged BMP file: the pixels need " + std::to_string(need) +
-                         " bytes but the file holds " +
+    return Fail(err, "damaged BMP file: the pixels need " + std::to_string(need) + " bytes but the file holds " +
                          std::to_string(dataAt > total ? 0 : total - dataAt) + " after their start");
   if (!in.seek(dataAt)) return Fail(err, "damaged BMP file: cannot reach the pixel data");
 

@@ -48,8 +48,8 @@ class Bitmap {
   }
   const std::vector<uint32_t>& Pixels() const { return px_; }
 
-  uint32_t GetPixel(int x, int y) const;          // 0 outside the bitmap
-  void SetPixel(int x, int y, uint32_t rgb);      // ignored outside
+  uint32_t GetPixel(int x, int y) const;      // 0 outside the bitmap
+  void SetPixel(int x, int y, uint32_t rgb);  // ignored outside
   void Fill(uint32_t rgb);
   void FillRect(int x, int y, int w, int h, uint32_t rgb);
   void Rectangle(int x1, int y1, int x2, int y2, uint32_t rgb);  // unfilled, inclusive corners
@@ -83,19 +83,18 @@ class Bitmap {
 // operation. The rectangle is clipped at the edges of both bitmaps, as a
 // rectangle copy between device contexts clips; src may be dst (overlapping
 // copies behave as if through a temporary).
-void BitBlt(Bitmap& dst, int dx, int dy, int w, int h, const Bitmap* src, int sx, int sy,
-            uint32_t rop);
+void BitBlt(Bitmap& dst, int dx, int dy, int w, int h, const Bitmap* src, int sx, int sy, uint32_t rop);
 
 // A mask with AND at (mx, my), then a sprite with OR at (sx, sy), onto the same
 // w x h rectangle of dst: the same pixels as the two copies one after the
 // other, in one pass where both clip to the same rectangle.
-void MaskedBlt(Bitmap& dst, int dx, int dy, int w, int h, const Bitmap& mask, int mx, int my,
-               const Bitmap& sprite, int sx, int sy);
+void MaskedBlt(Bitmap& dst, int dx, int dy, int w, int h, const Bitmap& mask, int mx, int my, const Bitmap& sprite,
+               int sx, int sy);
 
 // Stretches src (sx, sy, sw, sh) onto dst (dx, dy, dw, dh) with nearest-pixel
 // sampling under a raster operation. A negative sw (or dw) mirrors.
-void StretchBlt(Bitmap& dst, int dx, int dy, int dw, int dh, const Bitmap& src, int sx, int sy,
-                int sw, int sh, uint32_t rop);
+void StretchBlt(Bitmap& dst, int dx, int dy, int dw, int dh, const Bitmap& src, int sx, int sy, int sw, int sh,
+                uint32_t rop);
 
 // BMP files: reads 1, 4, 8, 16, 24 and 32 bits per pixel, bottom-up and
 // top-down, uncompressed (and bit-field 16/32); writes 24 bits per pixel.

@@ -11,8 +11,7 @@
 #include <string>
 #include <vector>
 
-static_assert(std::endian::native == std::endian::little,
-              "map files are little-endian dumps of the in-memory arrays");
+static_assert(std::endian::native == std::endian::little, "map files are little-endian dumps of the in-memory arrays");
 
 namespace kv {
 
@@ -30,7 +29,9 @@ class ByteSource {
   uint64_t remaining() const { return size() - pos(); }
 
   template <class T>
-  bool get(T& v) { return read(&v, sizeof v); }
+  bool get(T& v) {
+    return read(&v, sizeof v);
+  }
 };
 
 class MemSource final : public ByteSource {
@@ -80,7 +81,9 @@ class ByteSink {
   virtual ~ByteSink() = default;
   virtual bool write(const void* src, size_t n) = 0;
   template <class T>
-  bool put(const T& v) { return write(&v, sizeof v); }
+  bool put(const T& v) {
+    return write(&v, sizeof v);
+  }
 };
 
 class VectorSink final : public ByteSink {

@@ -38,10 +38,10 @@ std::optional<FormId> FormFromName(std::string_view name);
 // Something the core changed that a form shows; that form brings it up to date.
 enum class Change : uint8_t {
   // Form1, the main window.
-  Form1,             // any of its controls or menu entries
+  Form1,  // any of its controls or menu entries
   Form1Caption,
-  Label3,            // the progress word: shown at once, also inside a long pass
-  MousePointer,      // hourglass or arrow: shown at once
+  Label3,        // the progress word: shown at once, also inside a long pass
+  MousePointer,  // hourglass or arrow: shown at once
   HScroll1,
   VScroll1,
   Picture1,          // the map view
@@ -62,14 +62,14 @@ enum class Change : uint8_t {
   mShowRoadControl,
   mDefaultArea,
   // LoadSave, the file dialog.
-  LoadSave,          // its folders, list and buttons
-  LoadSaveHide,      // it hides (and keeps its state)
+  LoadSave,      // its folders, list and buttons
+  LoadSaveHide,  // it hides (and keeps its state)
   // Form4, the bitmap utility, and Form15, its colour dialog.
   Form4,
   Form4Caption,
-  Form4Picture2,     // the workspace picture (its size may have changed)
-  Form4Picture3,     // the colour sample
-  Form4Unload,       // it closes itself
+  Form4Picture2,  // the workspace picture (its size may have changed)
+  Form4Picture3,  // the colour sample
+  Form4Unload,    // it closes itself
   Form15,
   // Form5, the jump map.
   Form5,
@@ -79,7 +79,7 @@ enum class Change : uint8_t {
   Form11,
   Form13,
   Form14,
-  Form14Label1,      // shown at once
+  Form14Label1,  // shown at once
 };
 
 // The classic name of a change: "Form1.Caption", "Picture1", "Form5.Picture2".

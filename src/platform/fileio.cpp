@@ -1,12 +1,11 @@
 #include "platform/fileio.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <mutex>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace kv {
 

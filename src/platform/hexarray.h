@@ -2,8 +2,8 @@
 // in memory, so that a whole array moves to and from a file in one transfer.
 #pragma once
 
-#include <cstddef>
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <utility>
@@ -51,15 +51,14 @@ class HexArray {
     v_.shrink_to_fit();
     v_.resize(static_cast<size_t>(w) * h * layers);
   }
-  void Clear() { v_.clear(); w_ = h_ = 0; }
+  void Clear() {
+    v_.clear();
+    w_ = h_ = 0;
+  }
   T& operator()(int x, int y, int k = 0) { return v_[Index(x, y, k)]; }
   const T& operator()(int x, int y, int k = 0) const { return v_[Index(x, y, k)]; }
-  size_t Index(int x, int y, int k = 0) const {
-    return (static_cast<size_t>(k) * h_ + y) * w_ + x;
-  }
-  bool InRange(int x, int y, int k = 0) const {
-    return x >= 0 && y >= 0 && k >= 0 && x < w_ && y < h_ && k < l_;
-  }
+  size_t Index(int x, int y, int k = 0) const { return (static_cast<size_t>(k) * h_ + y) * w_ + x; }
+  bool InRange(int x, int y, int k = 0) const { return x >= 0 && y >= 0 && k >= 0 && x < w_ && y < h_ && k < l_; }
   T* data() { return v_.data(); }
   const T* data() const { return v_.data(); }
   T* plane(int k) { return v_.data() + static_cast<size_t>(k) * w_ * h_; }

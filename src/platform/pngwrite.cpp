@@ -1,13 +1,12 @@
 #include "platform/pngwrite.h"
 
-#include <zlib.h>
-
 #include <algorithm>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
 #include <thread>
 #include <vector>
+#include <zlib.h>
 
 #include "platform/bitmap.h"
 
@@ -33,12 +32,9 @@ constexpr int64_t kStripPixels = int64_t{1} << 20;  // 4 MB of pixels a strip
 
 int ZlibLevel(PngCompression c) {
   switch (c) {
-    case PngCompression::Fast:
-      return 1;
-    case PngCompression::Default:
-      return 6;
-    case PngCompression::Best:
-      return 9;
+    case PngCompression::Fast: return 1;
+    case PngCompression::Default: return 6;
+    case PngCompression::Best: return 9;
   }
   return 1;
 }
@@ -71,17 +67,15 @@ bool WriteChunk(ByteSink& out, const char type[4], const uint8_t* a, size_t na, 
   if (nc) crc = crc32_z(crc, c, nc);
   uint8_t tail[4];
   PutBE32(tail, static_cast<uint32_t>(crc));
-  return out.write(head, 8) && (!na || out.write(a, na)) && (!nb || out.write(b, nb)) &&
-         (!nc || out.write(c, nc)) && out.write(tail, 4);
+  return out.write(head, 8) && (!na || out.write(a, na)) && (!nb || out.write(b, nb)) && (!nc || out.write(c, nc)) &&
+         out.write(tail, 4);
 }
 
 // A raw deflate stream (no zlib header: the writer puts one around the
 // pieces), reset for each strip.
 class Deflater {
  public:
-  explicit Deflater(int level) {
-    ok_ = deflateInit2(&z_, level, Z_DEFLATED, -15, 8, Z_DEFAULT_STRATEGY) == Z_OK;
-  }
+  explicit Deflater(int level) { ok_ = deflateInit2(&z_, level, Z_DEFLATED, -15, 8, Z_DEFAULT_STRATEGY) == Z_OK; }
   ~Deflater() {
     if (ok_) deflateEnd(&z_);
   }
@@ -141,9 +135,9 @@ struct PngWriter::Impl {
   const int64_t w, h;
   const int level;
   int stripRows = 1;
-  int64_t rowsGiven = 0;   // rows of strips ended
-  int64_t begun = 0;       // strips begun
-  int64_t written = 0;     // strips written out
+  int64_t rowsGiven = 0;  // rows of strips ended
+  int64_t begun = 0;      // strips begun
+  int64_t written = 0;    // strips written out
   bool filling = false, failed = false, finished = false;
   uLong adler = 1;
   std::vector<Slot> slots;
@@ -337,8 +331,7 @@ bool WritePng(const Bitmap& b, ByteSink& out, PngCompression level, int threads)
   PngWriter w(out, b.Width(), b.Height(), level, threads);
   int64_t y = 0;
   while (Bitmap* strip = w.BeginStrip()) {
-    for (int r = 0; r < strip->Height(); ++r)
-      std::copy_n(b.Row(static_cast<int>(y + r)), b.Width(), strip->Row(r));
+    for (int r = 0; r < strip->Height(); ++r) std::copy_n(b.Row(static_cast<int>(y + r)), b.Width(), strip->Row(r));
     y += strip->Height();
     if (!w.EndStrip()) break;
   }

@@ -46,10 +46,10 @@ class HeadlessUi : public Ui {
     if (onMapChanged) onMapChanged(change);
   }
 
-  std::deque<int> answers;            // queued answers, taken in order
-  std::vector<std::string> messages;  // every text shown
-  std::vector<std::string> shown;     // every form asked to show, by name
-  std::vector<std::string> unloaded;  // every form asked to close, by name
+  std::deque<int> answers;                             // queued answers, taken in order
+  std::vector<std::string> messages;                   // every text shown
+  std::vector<std::string> shown;                      // every form asked to show, by name
+  std::vector<std::string> unloaded;                   // every form asked to close, by name
   std::function<void(const MapChange&)> onMapChanged;  // told of every change to the map
 };
 

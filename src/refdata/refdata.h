@@ -40,12 +40,8 @@ struct RefData {
   std::vector<int16_t> NationOrder = {0};
 
   // Terrain code of tile t, 0 for a tile outside the table.
-  uint8_t TypeOf(int t) const {
-    return t >= 0 && static_cast<size_t>(t) < TileType.size() ? TileType[t] : 0;
-  }
-  uint8_t RoadOf(int t) const {
-    return t >= 0 && static_cast<size_t>(t) < TileRoad.size() ? TileRoad[t] : 0;
-  }
+  uint8_t TypeOf(int t) const { return t >= 0 && static_cast<size_t>(t) < TileType.size() ? TileType[t] : 0; }
+  uint8_t RoadOf(int t) const { return t >= 0 && static_cast<size_t>(t) < TileRoad.size() ? TileRoad[t] : 0; }
 };
 
 }  // namespace kv

@@ -30,11 +30,11 @@ bool ParseHexInfo(std::span<const uint8_t> text, RefData& ref, std::string* err)
   f.Skip();
   r.HexSlant = static_cast<int16_t>(f.Int(-32768, 32767));
   DeriveGeometry(r);
-  if (r.HexW <= 0 || r.HexH <= 0 || r.HexSlant < 0 || r.HexSlant > r.HexW || r.ColPitch <= 0 ||
-      r.HexW > 1000 || r.HexH > 1000) {
+  if (r.HexW <= 0 || r.HexH <= 0 || r.HexSlant < 0 || r.HexSlant > r.HexW || r.ColPitch <= 0 || r.HexW > 1000 ||
+      r.HexH > 1000) {
     if (err)
-      *err = "the hex size " + std::to_string(r.HexW) + " x " + std::to_string(r.HexH) +
-             " with a top edge of " + std::to_string(r.HexSlant) + " cannot be drawn";
+      *err = "the hex size " + std::to_string(r.HexW) + " x " + std::to_string(r.HexH) + " with a top edge of " +
+             std::to_string(r.HexSlant) + " cannot be drawn";
     return false;
   }
   ref = r;

@@ -11,7 +11,6 @@
 
 namespace kv {
 
-
 // "flags.xy": FlagDX, FlagDY (defaults 20, 30 when the file is missing).
 void ParseFlagsXY(std::span<const uint8_t> text, RefData& ref);
 // "data/hex_info.txt": HexW, HexH, HexSlant, then the derived pitches.

@@ -9,8 +9,8 @@
 #include "scenario/pgformat.h"
 #include "scenario/scenario_text.h"
 #include "session.h"
-#include "view/render_api.h"
 #include "view/geometry.h"
+#include "view/render_api.h"
 #include "view/scrolling.h"
 
 namespace kv {

@@ -47,8 +47,9 @@ bool ReadSetFile(ByteSource& in, const std::string& name, const RefData& ref, Se
   if (w < 0 || h < 0)
     return Fail(err, name + " gives a map size of " + Num(w) + " x " + Num(h) + ", which no map can have.");
   if (w >= kMaxMapIndex)
-    return Fail(err, name + " is " + Num(w + 1LL) + " columns wide; with the extra column the map would be wider than " +
-                         Num(kMaxMapIndex + 1LL) + " columns.");
+    return Fail(err, name + " is " + Num(w + 1LL) +
+                         " columns wide; with the extra column the map would be wider than " + Num(kMaxMapIndex + 1LL) +
+                         " columns.");
   const uint64_t n = static_cast<uint64_t>(w + 1) * static_cast<uint64_t>(h + 1);
   const uint64_t need = kSetPlanesAt + 7 * n;
   if (in.size() < need)
@@ -108,23 +109,21 @@ int ScenarioFile::NationCount() const {
   return c;
 }
 
-bool ReadScenarioFile(ByteSource& in, const std::string& name, int nationCount, ScenarioFile& out,
-                      std::string* err) {
+bool ReadScenarioFile(ByteSource& in, const std::string& name, int nationCount, ScenarioFile& out, std::string* err) {
   Reader r{in};
   ScenarioFile& f = out;
   const uint64_t len = in.size();
   f.length = len;
   auto early = [&](const std::string& what) {
-    return Fail(err, name + " ends early: it has " + Num(static_cast<long long>(len)) + " bytes, too few for " +
-                         what + ".");
+    return Fail(err,
+                name + " ends early: it has " + Num(static_cast<long long>(len)) + " bytes, too few for " + what + ".");
   };
   if (!r.At(0)) return early("its head");
   for (int i = 1; i <= 6; ++i)
     if (!r.U8(f.nations[0][i]) || !r.U8(f.nations[1][i])) return early("the nations of its sides");
   if (!r.Bytes(f.unknown6.data(), 6) || !r.U8(f.coreMax1) || !r.U8(f.auxMax1) || !r.U8(f.c2) || !r.U8(f.turns) ||
-      !r.U8(f.day) || !r.U8(f.month) || !r.U8(f.year) || !r.U8(f.unknown1) || !r.U8(f.daysPerTurn) ||
-      !r.I16(f.pool1) || !r.I16(f.pool2) || !r.U8(f.interval1) || !r.U8(f.interval2) ||
-      !r.Bytes(f.unknown4.data(), 4))
+      !r.U8(f.day) || !r.U8(f.month) || !r.U8(f.year) || !r.U8(f.unknown1) || !r.U8(f.daysPerTurn) || !r.I16(f.pool1) ||
+      !r.I16(f.pool2) || !r.U8(f.interval1) || !r.U8(f.interval2) || !r.Bytes(f.unknown4.data(), 4))
     return early("its head");
   for (int side = 0; side < 2; ++side)
     for (int i = 1; i <= 6; ++i)
@@ -153,8 +152,8 @@ bool ReadScenarioFile(ByteSource& in, const std::string& name, int nationCount, 
   f.deploy.assign(used, {0, 0});
   for (auto& pair : f.deploy)
     if (!r.I16(pair[0]) || !r.I16(pair[1])) return early("its deployment hexes");
-  if (!r.At(p) || !r.I16(f.prestige1) || !r.I16(f.prestige2) || !r.U8(f.air1) || !r.U8(f.air2) ||
-      !r.U8(f.naval1) || !r.U8(f.naval2) || !r.Bytes(f.unknown8.data(), 8))
+  if (!r.At(p) || !r.I16(f.prestige1) || !r.I16(f.prestige2) || !r.U8(f.air1) || !r.U8(f.air2) || !r.U8(f.naval1) ||
+      !r.U8(f.naval2) || !r.Bytes(f.unknown8.data(), 8))
     return early("the fields behind its deployment hexes");
 
   f.unitsAt = u;

@@ -17,14 +17,14 @@ namespace kv {
 struct RefData;
 
 // Fixed places in the foreign files.
-constexpr uint64_t kSetSizeAt = 101;     // W, then H
-constexpr uint64_t kSetPlanesAt = 123;   // first plane
-constexpr uint64_t kScnObjAt = 37;       // objective list
-constexpr uint64_t kScnDeployAt = 117;   // N, then the deployment pairs
+constexpr uint64_t kSetSizeAt = 101;    // W, then H
+constexpr uint64_t kSetPlanesAt = 123;  // first plane
+constexpr uint64_t kScnObjAt = 37;      // objective list
+constexpr uint64_t kScnDeployAt = 117;  // N, then the deployment pairs
 constexpr int kUnitRecordLen = 14;
 constexpr int kEquipRecordLen = 50;
 constexpr int kEquipHeadLen = 2;
-constexpr int kMaxEquipIndex = 655;      // index * 50 + 3 must fit 16 bits
+constexpr int kMaxEquipIndex = 655;  // index * 50 + 3 must fit 16 bits
 
 // Decodes a road-side byte into sides[1..6] (1 road, 0 nothing). A cascade
 // of tests on what remains, not a bit mask: 64 and 4 have no side of their own.
@@ -41,13 +41,13 @@ struct SetMap {
 bool ReadSetFile(ByteSource& in, const std::string& name, const RefData& ref, SetMap& out, std::string* err);
 
 struct UnitRecord {
-  int16_t type = 0;    // equipment index
+  int16_t type = 0;  // equipment index
   int16_t trans1 = 0;
   uint8_t nation = 0;
   int16_t trans2 = 0;
   int16_t x = 0, y = 0;  // file coordinates
   uint8_t strength = 0, entrench = 0, exper = 0;
-  uint64_t at = 0;       // offset of the record in the file
+  uint64_t at = 0;  // offset of the record in the file
 };
 
 struct ScenarioFile {
@@ -56,20 +56,20 @@ struct ScenarioFile {
   std::array<uint8_t, 6> unknown6{};
   uint8_t coreMax1 = 0;  // C1
   uint8_t auxMax1 = 0;
-  uint8_t c2 = 0;        // C2; C2 - C1 is side 2's aux units
+  uint8_t c2 = 0;  // C2; C2 - C1 is side 2's aux units
   uint8_t turns = 0, day = 0, month = 0, year = 0, unknown1 = 0, daysPerTurn = 0;
   int16_t pool1 = 0, pool2 = 0;
   uint8_t interval1 = 0, interval2 = 0;
   std::array<uint8_t, 4> unknown4{};
   std::vector<std::array<int16_t, 2>> objectives;  // file coordinates
   int16_t deployN = 0;
-  std::vector<std::array<int16_t, 2>> deploy;      // the first N - 1 pairs
+  std::vector<std::array<int16_t, 2>> deploy;  // the first N - 1 pairs
   int16_t prestige1 = 0, prestige2 = 0;
   uint8_t air1 = 0, air2 = 0, naval1 = 0, naval2 = 0;
   std::array<uint8_t, 8> unknown8{};
-  uint64_t length = 0;      // L
-  uint64_t unitsAt = 0;     // U
-  int unitCount = 0;        // as the count line of the .oob gives it
+  uint64_t length = 0;   // L
+  uint64_t unitsAt = 0;  // U
+  int unitCount = 0;     // as the count line of the .oob gives it
   std::vector<UnitRecord> units;
 
   int NationCount() const;  // non-zero bytes among the twelve
@@ -77,8 +77,7 @@ struct ScenarioFile {
 };
 // Reads a scenario file. Nations of the head and of the units must be
 // nations of the set in use (`nationCount`).
-bool ReadScenarioFile(ByteSource& in, const std::string& name, int nationCount, ScenarioFile& out,
-                      std::string* err);
+bool ReadScenarioFile(ByteSource& in, const std::string& name, int nationCount, ScenarioFile& out, std::string* err);
 
 // The 20 bytes of an equipment name, trimmed of trailing NULs and blanks and
 // filled with blanks to exactly 20 characters.

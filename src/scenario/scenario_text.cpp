@@ -63,8 +63,7 @@ void WriteOob(const ScenarioFile& f, const std::vector<OobUnit>& units, const Re
     }
   line("* number of starting units in scenario", CR);
   line(PlainNum(f.unitCount), CRLF);
-  line("* unit name-mapx-mapy-strength-entrenchment-side-nation-unit type-experience-turn of entry-trans1-trans2",
-       CR);
+  line("* unit name-mapx-mapy-strength-entrenchment-side-nation-unit type-experience-turn of entry-trans1-trans2", CR);
   for (const OobUnit& u : units) {
     const UnitRecord& r = u.rec;
     line(u.name + "," + PlainNum(r.x + 1) + "," + PlainNum(r.y) + "," + PlainNum(r.strength) + "," +

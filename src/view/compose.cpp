@@ -90,9 +90,7 @@ void ComposeHex(MapView& s, const Cell& cell, int16_t x, int16_t y, int16_t mode
         case 0:
           if (p.ShowRoadControl == -1) cell.Copy(fx + 5, fy, 9, 9, b.FlagSmallDC, n * 9, 0);
           break;
-        case 1:
-          cell.Copy(fx, fy, 20, 13, b.FlagDC, n * 20, 0);
-          break;
+        case 1: cell.Copy(fx, fy, 20, 13, b.FlagDC, n * 20, 0); break;
         case 2:
           cell.Copy(fx, fy, 21, 14, b.FlagBigDC, n * 21, 0);
           cell.Sprite(b.FxMaskDC, b.FxDC, 5 * W, 0, W, H);
@@ -101,8 +99,7 @@ void ComposeHex(MapView& s, const Cell& cell, int16_t x, int16_t y, int16_t mode
           cell.Copy(fx, fy, 21, 14, b.FlagBigDC, n * 21, 0);
           cell.Sprite(b.FxMaskDC, b.FxDC, 8 * W, 0, W, H);
           break;
-        default:
-          break;
+        default: break;
       }
     }
   }
@@ -110,17 +107,15 @@ void ComposeHex(MapView& s, const Cell& cell, int16_t x, int16_t y, int16_t mode
   // 5, 6: road lines while side editing is on, railroad lines always.
   if (p.SideEdit > 0)
     for (int side = 1; side <= 6; ++side)
-      if (d.HexInfo(x, y, side) == 1)
-        cell.Sprite(b.RoadMaskDC, b.RoadDC, (side - 1) * W, 0, W, H);
+      if (d.HexInfo(x, y, side) == 1) cell.Sprite(b.RoadMaskDC, b.RoadDC, (side - 1) * W, 0, W, H);
   for (int side = 1; side <= 6; ++side)
-    if (d.HexInfo(x, y, side) == 2)
-      cell.Sprite(b.RailMaskDC, b.RailDC, (side - 1) * W, 0, W, H);
+    if (d.HexInfo(x, y, side) == 2) cell.Sprite(b.RailMaskDC, b.RailDC, (side - 1) * W, 0, W, H);
 
   // 7 to 10: the blue overlay for the selection, the grid, the highlighted
   // tile and the highlighted elevation, each on its own condition.
   auto blue = [&] { cell.Sprite(b.FxMaskDC, b.FxDC, kBlueHexLeft, 0, W, H); };
-  if (p.SelX1 >= 0 && p.SelX2 > 0 && p.SelY1 >= 0 && p.SelY2 > 0 && p.SelX1 <= x &&
-      x <= p.SelX2 && p.SelY1 <= y && y <= p.SelY2)
+  if (p.SelX1 >= 0 && p.SelX2 > 0 && p.SelY1 >= 0 && p.SelY2 > 0 && p.SelX1 <= x && x <= p.SelX2 && p.SelY1 <= y &&
+      y <= p.SelY2)
     blue();
   if (mode == 2) blue();
   if (p.HighlightTile != -1 && t == p.HighlightTile) blue();

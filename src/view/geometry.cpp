@@ -43,12 +43,24 @@ void pixel_hex(const RefData& ref, int maxX, int maxY, double pxIn, double pyIn,
 void HexNeighbour(int& x, int& y, int side) {
   const bool even = x % 2 == 0;
   switch (side) {
-    case 1: x += 1; y += even ? 1 : 0; break;
+    case 1:
+      x += 1;
+      y += even ? 1 : 0;
+      break;
     case 2: y += 1; break;
-    case 3: x -= 1; y += even ? 1 : 0; break;
-    case 4: x -= 1; y += even ? 0 : -1; break;
+    case 3:
+      x -= 1;
+      y += even ? 1 : 0;
+      break;
+    case 4:
+      x -= 1;
+      y += even ? 0 : -1;
+      break;
     case 5: y -= 1; break;
-    case 6: x += 1; y += even ? 0 : -1; break;
+    case 6:
+      x += 1;
+      y += even ? 0 : -1;
+      break;
     default: break;
   }
 }

@@ -133,15 +133,15 @@ void CompleteScrollStep(MapView& s, int dx, int dy) {
   const HexRange before = FullRedrawRange(s, v.ViewX - dx, v.ViewY - dy);
   if (dx != 0) {
     if (now.x0 != before.x0)
-      RecomposeBufferRect(s, Intersect(CellsOf(s, std::min(now.x0, before.x0), std::max(now.x0, before.x0),
-                                               now.y0, now.y1), vis));
+      RecomposeBufferRect(
+          s, Intersect(CellsOf(s, std::min(now.x0, before.x0), std::max(now.x0, before.x0), now.y0, now.y1), vis));
     RecomposeBufferRect(
         s, Intersect(CellsOf(s, std::min(now.x1, before.x1), std::max(now.x1, before.x1), now.y0, now.y1), vis));
     if (dx < 0) RecomposeBufferRect(s, Intersect(CellsOf(s, v.ViewX, v.ViewX, now.y0, now.y1), vis));
   } else if (dy != 0) {
     if (now.y0 != before.y0)
-      RecomposeBufferRect(s, Intersect(CellsOf(s, now.x0, now.x1, std::min(now.y0, before.y0),
-                                               std::max(now.y0, before.y0)), vis));
+      RecomposeBufferRect(
+          s, Intersect(CellsOf(s, now.x0, now.x1, std::min(now.y0, before.y0), std::max(now.y0, before.y0)), vis));
     RecomposeBufferRect(
         s, Intersect(CellsOf(s, now.x0, now.x1, std::min(now.y1, before.y1), std::max(now.y1, before.y1)), vis));
     if (dy < 0) RecomposeBufferRect(s, Intersect(CellsOf(s, now.x0, now.x1, v.ViewY, v.ViewY), vis));

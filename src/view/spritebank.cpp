@@ -4,8 +4,8 @@
 #include <cmath>
 
 #include "platform/fileio.h"
-#include "view/mapview.h"
 #include "view/compose.h"
+#include "view/mapview.h"
 #include "view/render_api.h"
 #include "view/zoomgrid.h"
 
@@ -65,15 +65,13 @@ void BuildFlagBanks(MapView& s) {
     int w, h;
     const char* suffix;
   };
-  const Strip strips[] = {{&s.sprites.FlagBigDC, 21, 14, ""},
-                          {&s.sprites.FlagDC, 20, 13, "02"},
-                          {&s.sprites.FlagSmallDC, 9, 9, "03"}};
+  const Strip strips[] = {
+      {&s.sprites.FlagBigDC, 21, 14, ""}, {&s.sprites.FlagDC, 20, 13, "02"}, {&s.sprites.FlagSmallDC, 9, 9, "03"}};
   const int count = std::max<int>(s.ref.NationCount, 0);
   for (const Strip& st : strips) {
     st.bank->Create((count + 1) * st.w, st.h);
     for (int i = 1; i <= count; ++i) {
-      const std::string name =
-          static_cast<size_t>(i) < s.ref.NationName.size() ? s.ref.NationName[i] : std::string();
+      const std::string name = static_cast<size_t>(i) < s.ref.NationName.size() ? s.ref.NationName[i] : std::string();
       std::string path = s.App("flags/" + name + st.suffix + ".bmp");
       if (name.empty() || !FileExists(path)) path = s.App(std::string("flags/blank") + st.suffix + ".bmp");
       Bitmap flag;
@@ -89,8 +87,7 @@ void ComputeBufferSize(const MapView& s, int32_t& w, int32_t& h) {
   const ViewState& v = s.view;
   w = static_cast<int32_t>(v.ViewCols) * r.ColPitch + r.ColPitch * 2 + r.HexW;
   // Summed in floating point and rounded to nearest, halves to even.
-  h = static_cast<int32_t>(std::nearbyint((v.ViewRows + 1) * static_cast<double>(r.RowPitch) +
-                                          r.HexH * 2.5));
+  h = static_cast<int32_t>(std::nearbyint((v.ViewRows + 1) * static_cast<double>(r.RowPitch) + r.HexH * 2.5));
   w = std::max(w, 0);
   h = std::max(h, 0);
   // At another zoom the buffer holds the same part of the map at the zoom's
@@ -120,8 +117,7 @@ void BuildViewBuffer(MapView& s) {
   const int xEnd = std::min<int>(v.ViewCols + v.ViewX + 1, s.doc.MapMaxX);
   const int yEnd = std::min<int>(v.ViewRows + v.ViewY + 1, s.doc.MapMaxY);
   for (int x = v.ViewX - 1; x <= xEnd; ++x)
-    for (int y = v.ViewY - 1; y <= yEnd; ++y)
-      Print_hex(s, static_cast<int16_t>(x), static_cast<int16_t>(y), 0);
+    for (int y = v.ViewY - 1; y <= yEnd; ++y) Print_hex(s, static_cast<int16_t>(x), static_cast<int16_t>(y), 0);
   BlitPic1(s);
 }
 
@@ -177,8 +173,7 @@ void ScrollLeft(MapView& s) {
   const int cp = StepPixels(s, true);
   BitBlt(b.BufDC, cp, 0, b.BufW - cp, b.BufH, &b.BufDC, 0, 0, SRCCOPY);
   const int yEnd = std::min<int>(v.ViewRows + v.ViewY + 1, s.doc.MapMaxY);
-  for (int y = v.ViewY; y <= yEnd; ++y)
-    Print_hex(s, static_cast<int16_t>(v.ViewX), static_cast<int16_t>(y), 1);
+  for (int y = v.ViewY; y <= yEnd; ++y) Print_hex(s, static_cast<int16_t>(v.ViewX), static_cast<int16_t>(y), 1);
 }
 
 void ScrollRight(MapView& s) {
@@ -188,8 +183,7 @@ void ScrollRight(MapView& s) {
   BitBlt(b.BufDC, 0, 0, b.BufW - cp, b.BufH, &b.BufDC, cp, 0, SRCCOPY);
   const int xEnd = std::min<int>(v.ViewCols + v.ViewX + 1, s.doc.MapMaxX);
   const int yEnd = std::min<int>(v.ViewRows + v.ViewY + 1, s.doc.MapMaxY);
-  for (int y = v.ViewY; y <= yEnd; ++y)
-    Print_hex(s, static_cast<int16_t>(xEnd), static_cast<int16_t>(y), 1);
+  for (int y = v.ViewY; y <= yEnd; ++y) Print_hex(s, static_cast<int16_t>(xEnd), static_cast<int16_t>(y), 1);
 }
 
 void ScrollUp(MapView& s) {
@@ -198,8 +192,7 @@ void ScrollUp(MapView& s) {
   const int rp = StepPixels(s, false);
   BitBlt(b.BufDC, 0, rp, b.BufW, b.BufH - rp, &b.BufDC, 0, 0, SRCCOPY);
   const int xEnd = std::min<int>(v.ViewCols + v.ViewX + 1, s.doc.MapMaxX);
-  for (int x = v.ViewX; x <= xEnd; ++x)
-    Print_hex(s, static_cast<int16_t>(x), static_cast<int16_t>(v.ViewY), 1);
+  for (int x = v.ViewX; x <= xEnd; ++x) Print_hex(s, static_cast<int16_t>(x), static_cast<int16_t>(v.ViewY), 1);
 }
 
 void ScrollDown(MapView& s) {
@@ -209,8 +202,7 @@ void ScrollDown(MapView& s) {
   BitBlt(b.BufDC, 0, 0, b.BufW, b.BufH - rp, &b.BufDC, 0, rp, SRCCOPY);
   const int xEnd = std::min<int>(v.ViewCols + v.ViewX + 1, s.doc.MapMaxX);
   const int yEnd = std::min<int>(v.ViewRows + v.ViewY + 1, s.doc.MapMaxY);
-  for (int x = v.ViewX; x <= xEnd; ++x)
-    Print_hex(s, static_cast<int16_t>(x), static_cast<int16_t>(yEnd), 1);
+  for (int x = v.ViewX; x <= xEnd; ++x) Print_hex(s, static_cast<int16_t>(x), static_cast<int16_t>(yEnd), 1);
 }
 
 }  // namespace kv

@@ -21,15 +21,15 @@ constexpr int kBlueHexLeft = 420;
 struct SpriteBank {
   // The tile sheet, 16 tiles to a row (the tile picker's Picture2).
   Bitmap TileSheet;
-  Bitmap BlackHexDC;                    // knock-out mask of one hexagon
-  Bitmap HexLineDC, HexLineMaskDC;      // hex outline and its mask
-  Bitmap FxDC, FxMaskDC;                // whole-hex overlays in one row
-  Bitmap RoadDC, RoadMaskDC;            // road across side s at (s - 1) * HexW
-  Bitmap RailDC, RailMaskDC;            // railroad, the same layout
-  Bitmap ContourDC, ContourMaskDC;      // contour code c at the tile sheet's cell c
-  Bitmap FlagDC;                        // 20 x 13 a nation
-  Bitmap FlagBigDC;                     // 21 x 14 a nation
-  Bitmap FlagSmallDC;                   // 9 x 9 a nation
+  Bitmap BlackHexDC;                // knock-out mask of one hexagon
+  Bitmap HexLineDC, HexLineMaskDC;  // hex outline and its mask
+  Bitmap FxDC, FxMaskDC;            // whole-hex overlays in one row
+  Bitmap RoadDC, RoadMaskDC;        // road across side s at (s - 1) * HexW
+  Bitmap RailDC, RailMaskDC;        // railroad, the same layout
+  Bitmap ContourDC, ContourMaskDC;  // contour code c at the tile sheet's cell c
+  Bitmap FlagDC;                    // 20 x 13 a nation
+  Bitmap FlagBigDC;                 // 21 x 14 a nation
+  Bitmap FlagSmallDC;               // 9 x 9 a nation
 
   // The off-screen buffer: one column and one row of margin round the view.
   Bitmap BufDC;

@@ -19,8 +19,15 @@ namespace kv {
 class ViewTransform {
  public:
   ViewTransform(const RefData& ref, const ViewState& view)
-      : ref_(&ref), view_(view), colPitch_(ref.ColPitch), rowPitch_(ref.RowPitch), viewX_(view.ViewX), viewY_(view.ViewY),
-        cols_(view.ViewCols), rows_(view.ViewRows), zoom_(view.Zoom > 0 ? view.Zoom : 100) {}
+      : ref_(&ref),
+        view_(view),
+        colPitch_(ref.ColPitch),
+        rowPitch_(ref.RowPitch),
+        viewX_(view.ViewX),
+        viewY_(view.ViewY),
+        cols_(view.ViewCols),
+        rows_(view.ViewRows),
+        zoom_(view.Zoom > 0 ? view.Zoom : 100) {}
 
   int Zoom() const { return zoom_; }
 

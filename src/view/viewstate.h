@@ -10,7 +10,7 @@ struct ScrollBarModel {
 };
 
 struct ViewState {
-  int32_t ViewX = 0, ViewY = 0;      // hex at the top left of the view
+  int32_t ViewX = 0, ViewY = 0;        // hex at the top left of the view
   int16_t ViewCols = 0, ViewRows = 0;  // columns and rows shown, less one
   int32_t ViewMaxX = 0, ViewMaxY = 0;
   int32_t ViewPixW = 0, ViewPixH = 0;  // client size of Picture1

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "view/mapview.h"
 #include "view/geometry.h"
+#include "view/mapview.h"
 #include "view/transform.h"
 #include "view/zoomgrid.h"
 

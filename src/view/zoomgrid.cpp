@@ -70,8 +70,8 @@ std::vector<int>& Columns() {
   return cols;
 }
 
-bool Prepare(const ZoomTarget& t, int64_t mapX, int64_t mapY, int w, int h, const Bitmap& src, int sx, int sy,
-             Axis& ax, Axis& ay) {
+bool Prepare(const ZoomTarget& t, int64_t mapX, int64_t mapY, int w, int h, const Bitmap& src, int sx, int sy, Axis& ax,
+             Axis& ay) {
   int64_t x0, x1, y0, y1;
   ClipOf(t, x0, x1, y0, y1);
   ax = Span(t.sx, mapX, w, sx, src.Width(), x0, x1);
@@ -82,7 +82,8 @@ bool Prepare(const ZoomTarget& t, int64_t mapX, int64_t mapY, int w, int h, cons
 void FillColumns(const ZoomScale& z, const Axis& ax, int64_t mapX, int sx) {
   std::vector<int>& cols = Columns();
   cols.resize(static_cast<size_t>(ax.g1 - ax.g0));
-  for (int64_t g = ax.g0; g < ax.g1; ++g) cols[static_cast<size_t>(g - ax.g0)] = static_cast<int>(sx + z.MapOf(g) - mapX);
+  for (int64_t g = ax.g0; g < ax.g1; ++g)
+    cols[static_cast<size_t>(g - ax.g0)] = static_cast<int>(sx + z.MapOf(g) - mapX);
 }
 
 void Pass(const ZoomTarget& t, int64_t mapX, int64_t mapY, int w, int h, const Bitmap& src, int sx, int sy, Op op) {

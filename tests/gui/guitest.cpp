@@ -1,10 +1,10 @@
 #include "gui/guitest.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <sstream>
+
+#include <gtest/gtest.h>
 
 #include "gui/Form1.h"
 #include "gui/editorapp.h"

@@ -3,9 +3,10 @@
 // window with their output collected.
 #pragma once
 
-#include <QApplication>
 #include <memory>
 #include <string>
+
+#include <QApplication>
 
 #include "testutil.h"
 
@@ -43,7 +44,6 @@ struct EditorWindow {
 // Runs a script on the window; returns its exit status and leaves in `out`
 // (when given) what it printed, then its errors, then with `withBoxes` the
 // message boxes it showed.
-int RunScriptText(kv::gui::Form1& form, const std::string& script, std::string* out = nullptr,
-                  bool withBoxes = false);
+int RunScriptText(kv::gui::Form1& form, const std::string& script, std::string* out = nullptr, bool withBoxes = false);
 
 }  // namespace kvtest

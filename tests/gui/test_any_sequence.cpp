@@ -1,11 +1,11 @@
 // Sequences of ordinary actions that once left state behind for the next one
 // to trip over: a narrow, tall new map, whole-map passes at the highest index,
 // a current hex from a larger map, and values only a script can set.
-#include <gtest/gtest.h>
-
 #include <limits>
 #include <memory>
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "editing/clipboard.h"
 #include "gui/Form1.h"
@@ -36,8 +36,8 @@ struct Editor : kvtest::EditorWindow {
            std::to_string(h) + "\"\nForm6.Command2_Click\n";
   }
   std::string SaveAs(const std::string& name) const {
-    return "Form1.menu_file_save_as_Click\nLoadSave.Dir1.Path = \"" + maps.path() + "\"\nLoadSave.Text1.Text = " +
-           name + "\nLoadSave.Command2_Click\n";
+    return "Form1.menu_file_save_as_Click\nLoadSave.Dir1.Path = \"" + maps.path() +
+           "\"\nLoadSave.Text1.Text = " + name + "\nLoadSave.Command2_Click\n";
   }
   std::string Open(const std::string& name) const {
     return "Form1.menu_file_open_Click\nLoadSave.Dir1.Path = \"" + maps.path() + "\"\nLoadSave.Text1.Text = " + name +
@@ -121,8 +121,7 @@ TEST(AnySequence, TheCurrentHexOfALargerMapDoesNotReachASmallerOne) {
                   &out),
             0)
       << out;
-  EXPECT_EQ(out.substr(0, out.find("HexTile")),
-            "CurHexX=55\nCurHexY=35\nMapMaxX=3\nCurHexX=3\nCurHexY=3\n");
+  EXPECT_EQ(out.substr(0, out.find("HexTile")), "CurHexX=55\nCurHexY=35\nMapMaxX=3\nCurHexX=3\nCurHexY=3\n");
   // The keys work on the hex the current hex was brought to.
   EXPECT_EQ(e.s().doc.HexTile(3, 3), e.s().pens.CurTile);
 
@@ -153,8 +152,7 @@ TEST(AnySequence, TheBitmapUtilityLeavesNoHexBeyondTheMapItMakes) {
   EXPECT_EQ(e.s().doc.HexTile(31, 2), e.s().pens.CurTile);
 
   // A click where the picture stands for no hex of the map changes nothing.
-  ASSERT_EQ(e.Run(Editor::NewMap(3, 3) + "CurHexX = 1\nForm4.Picture2_MouseDown 1 0 2900 1\nprint CurHexX\n", &out),
-            0)
+  ASSERT_EQ(e.Run(Editor::NewMap(3, 3) + "CurHexX = 1\nForm4.Picture2_MouseDown 1 0 2900 1\nprint CurHexX\n", &out), 0)
       << out;
   EXPECT_EQ(out, "CurHexX=1\n");
 }

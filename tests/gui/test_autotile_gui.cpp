@@ -1,25 +1,25 @@
 // Auto-tiling in the editor: painting with auto-tile on through a script and
 // saving, the passes from the menu with their progress and pointer, and the
 // tile data screens opened from the picker, following the pen and saving.
-#include <gtest/gtest.h>
-
-#include <QAction>
-#include <QApplication>
-#include <QLabel>
-#include <QPushButton>
-#include <QRadioButton>
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <sstream>
 
+#include <QAction>
+#include <QApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <gtest/gtest.h>
+
 #include "editing/fileflow.h"
 #include "editing/startup.h"
 #include "gui/Form1.h"
+#include "gui/guitest.h"
 #include "gui/qtui.h"
 #include "gui/script.h"
-#include "gui/guitest.h"
 #include "testutil.h"
 
 using namespace kv;
@@ -75,9 +75,7 @@ struct Window {
     auto b = kvtest::ReadBytes(app / rel);
     return std::string(b.begin(), b.end());
   }
-  int Run(const std::string& script, std::string* out) {
-    return kvtest::RunScriptText(*f, script, out);
-  }
+  int Run(const std::string& script, std::string* out) { return kvtest::RunScriptText(*f, script, out); }
 };
 
 }  // namespace
@@ -107,9 +105,11 @@ TEST(AutoTileScript, PaintACoastAForestEdgeAndARoadWithAutoTileOnThenSave) {
                   "clickhex 12 10\n"
                   "print HexTile(5,5) HexTile(5,6) HexTile(10,10) HexTile(12,10) HexInfo(12,10,0) CurTile\n"
                   "Form1.menu_file_save_as_Click\n"
-                  "LoadSave.Dir1.Path = \"" + dir + "\"\n"
-                  "LoadSave.Text1.Text = coast\n"
-                  "LoadSave.Command2_Click\n",
+                  "LoadSave.Dir1.Path = \"" +
+                      dir +
+                      "\"\n"
+                      "LoadSave.Text1.Text = coast\n"
+                      "LoadSave.Command2_Click\n",
                   &out),
             0)
       << out;
@@ -189,17 +189,17 @@ TEST(AutoTileMenu, PassesAreEnabledAndRunFromTheMenuWithTheirProgress) {
 TEST(TileScreensGui, OpenedFromThePickerFollowThePenAndSave) {
   Window w;
   std::string out;
-  ASSERT_EQ(w.Run("Form2.Form_KeyDown 115 0\n"             // F4: patterns
-                  "Form2.Form_KeyDown 113 0\n"             // F2: terrain
-                  "Form2.Form_KeyDown 114 0\n"             // F3: roads
-                  "Form2.Picture2_MouseDown 1 0 61 51\n"   // tile 17: every open screen follows
+  ASSERT_EQ(w.Run("Form2.Form_KeyDown 115 0\n"            // F4: patterns
+                  "Form2.Form_KeyDown 113 0\n"            // F2: terrain
+                  "Form2.Form_KeyDown 114 0\n"            // F3: roads
+                  "Form2.Picture2_MouseDown 1 0 61 51\n"  // tile 17: every open screen follows
                   "print CurTile Form13.Label1.Caption Form14.Label1.Caption Form11.Label1.Caption\n"
                   "print Form13.Caption Form14.Caption Form11.Caption Form13.Image2(0).Visible\n"
                   "Form13.Option1(1).Value = True\n"
                   "Form13.Image2_Click 0\n"
                   "Form13.Command1_Click 2\n"
                   "print Form13.Image2(0).Tag Form13.Image2(0).Picture Form13.Image2(0).Visible Form13.Label4.Caption\n"
-                  "Form14.Form_KeyDown 78 0\n"             // N on the terrain screen: tile 18
+                  "Form14.Form_KeyDown 78 0\n"  // N on the terrain screen: tile 18
                   "print CurTile Form14.Label1.Caption Form14.List1.ListIndex Form14.List1.Enabled\n"
                   "Form14.Form_KeyUp 78 0\n"
                   "Form14.List1.ListIndex = 8\n"

@@ -1,11 +1,10 @@
 // korvane-map import: a generated scenario set becomes a map with all its
 // side files, and a set whose scenario is missing is refused.
-#include <gtest/gtest.h>
-
-#include <sys/wait.h>
-
 #include <cstdlib>
 #include <string>
+#include <sys/wait.h>
+
+#include <gtest/gtest.h>
 
 #include "pgfiles.h"
 #include "platform/fileio.h"
@@ -59,7 +58,7 @@ TEST(CliImport, WritesTheMapItsSideFilesAndTheScenario) {
   EXPECT_NE(oob.find("Light Tank          ,3,2,10,0,1,1,1,0,0,0,0\r\n"), std::string::npos);
   EXPECT_NE(oob.find("Rifles              ,4,1,10,0,2,2,0,0,0,0,0\r\n"), std::string::npos);
   EXPECT_EQ(oob.substr(oob.size() - 25), "* first turn multiplier\r1");  // no line end after the 1
-  EXPECT_FALSE(kv::FileExists(c.app / "game015.oob"));  // moved beside the map
+  EXPECT_FALSE(kv::FileExists(c.app / "game015.oob"));                   // moved beside the map
   // A map of 6 x 4 hexes: the set's 5 columns and the extra one.
   EXPECT_EQ(kv::FileLen(c.work / "front.lev"), 24);
 }

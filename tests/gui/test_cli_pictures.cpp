@@ -3,17 +3,17 @@
 // pictures (both read back by Qt's reader); the options are checked; BMP keeps
 // its 16-bit sides while PNG goes past them; the tool loads no GUI library,
 // and its scripts run in the editor's binary.
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-
-#include <QImage>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <sys/wait.h>
 
-#include "editing/fileflow.h"
+#include <QImage>
+#include <gtest/gtest.h>
+
 #include "document/mapfile.h"
+#include "editing/fileflow.h"
 #include "editing/startup.h"
 #include "jumpmap/jumpmap.h"
 #include "jumpmap/mapimage.h"
@@ -56,8 +56,8 @@ struct PictureSet {
     kvtest::WriteBytes(map, out.bytes);
   }
   int Run(const std::string& args) {
-    const std::string cmd = std::string(KV_BIN_DIR) + "/korvane-map --app " + Quote(app.path()) + " " + args +
-                            " >" + Quote(work / "out.txt") + " 2>" + Quote(work / "err.txt");
+    const std::string cmd = std::string(KV_BIN_DIR) + "/korvane-map --app " + Quote(app.path()) + " " + args + " >" +
+                            Quote(work / "out.txt") + " 2>" + Quote(work / "err.txt");
     const int rc = std::system(cmd.c_str());
     return WIFEXITED(rc) ? WEXITSTATUS(rc) : -1;
   }

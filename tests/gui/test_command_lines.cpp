@@ -2,13 +2,12 @@
 // --help and --version need no display, unknown options are named with a
 // pointer to --help, and the manual pages describe every command and option
 // that --help lists.
-#include <gtest/gtest.h>
-
-#include <sys/wait.h>
-
 #include <cstdlib>
 #include <regex>
 #include <string>
+#include <sys/wait.h>
+
+#include <gtest/gtest.h>
 
 #include "testutil.h"
 

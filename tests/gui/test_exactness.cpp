@@ -1,10 +1,10 @@
 // What a script sees and what a save writes, exactly: the objective table of
 // a loaded map, every shared variable by its bare name, and the pixels of
 // every picture control.
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "document/document_ops.h"
 #include "document/mapfile.h"
@@ -76,24 +76,51 @@ TEST(Exactness, EverySharedVariableIsPrintedAndSetByItsName) {
   Editor e;
   const std::vector<QString> names = gui::ScriptVariableNames();
   // The design's shared data, every one.
-  for (const char* n : {"CurTile", "CurNation", "CurOrigNation", "CurObjType", "CurSide", "CurSideKind", "CurHexX",
-                        "CurHexY", "SelX1", "SelX2", "SelY1", "SelY2", "CtlMode", "AutoTile", "AutoTileResume",
-                        "RandomMode", "SideEdit", "ClearSides", "ElevMode", "ElevValue", "HexOutlines",
-                        "ShowRoadControl", "HighlightTile", "GridOn", "GridX", "GridY", "DefaultAreaAll",
-                        "JumpBoxColour", "ShiftKey", "AreaMode", "FromMapEdit", "ImgScaleA", "ImgScaleB", "ColourCRV",
-                        "ViewX", "ViewY", "ViewCols", "ViewRows", "ViewPixW", "ViewPixH", "ScrollSilent", "DlgMode",
-                        "DlgExt", "DlgDir", "DlgFile", "MapMaxX", "MapMaxY", "ObjCount", "TileMax", "TerrainMax",
-                        "NationCount", "HexW", "HexH", "HexSlant", "HexInset", "ColPitch", "RowPitch", "FlagDX",
-                        "FlagDY", "VersionNo", "JumpScale", "JumpColPitch", "JumpRowPitch", "JumpFilter",
-                        "JumpMapOpen", "BufW", "BufH", "ReplaceMode", "ExtremeArmed", "MapEditMode", "BitmapName",
-                        "MapFile", "MapPath", "NdxPath", "StrPath", "NationSet"})
+  for (const char* n : {"CurTile",        "CurNation",
+                        "CurOrigNation",  "CurObjType",
+                        "CurSide",        "CurSideKind",
+                        "CurHexX",        "CurHexY",
+                        "SelX1",          "SelX2",
+                        "SelY1",          "SelY2",
+                        "CtlMode",        "AutoTile",
+                        "AutoTileResume", "RandomMode",
+                        "SideEdit",       "ClearSides",
+                        "ElevMode",       "ElevValue",
+                        "HexOutlines",    "ShowRoadControl",
+                        "HighlightTile",  "GridOn",
+                        "GridX",          "GridY",
+                        "DefaultAreaAll", "JumpBoxColour",
+                        "ShiftKey",       "AreaMode",
+                        "FromMapEdit",    "ImgScaleA",
+                        "ImgScaleB",      "ColourCRV",
+                        "ViewX",          "ViewY",
+                        "ViewCols",       "ViewRows",
+                        "ViewPixW",       "ViewPixH",
+                        "ScrollSilent",   "DlgMode",
+                        "DlgExt",         "DlgDir",
+                        "DlgFile",        "MapMaxX",
+                        "MapMaxY",        "ObjCount",
+                        "TileMax",        "TerrainMax",
+                        "NationCount",    "HexW",
+                        "HexH",           "HexSlant",
+                        "HexInset",       "ColPitch",
+                        "RowPitch",       "FlagDX",
+                        "FlagDY",         "VersionNo",
+                        "JumpScale",      "JumpColPitch",
+                        "JumpRowPitch",   "JumpFilter",
+                        "JumpMapOpen",    "BufW",
+                        "BufH",           "ReplaceMode",
+                        "ExtremeArmed",   "MapEditMode",
+                        "BitmapName",     "MapFile",
+                        "MapPath",        "NdxPath",
+                        "StrPath",        "NationSet"})
     EXPECT_NE(std::find(names.begin(), names.end(), QString::fromLatin1(n).toLower()), names.end()) << n;
 
   // Each prints, and each that may be set takes its own value back, and
   // then another, which it prints.
-  const std::vector<std::string> readOnly = {"mapmaxx", "mapmaxy", "objcount", "tilemax", "terrainmax",
-                                             "nationcount", "hexw", "hexh", "colpitch", "rowpitch", "hexinset",
-                                             "hexslant", "versionno", "mousepointer", "jumpmapopen", "bufw", "bufh"};
+  const std::vector<std::string> readOnly = {
+      "mapmaxx",  "mapmaxy",  "objcount", "tilemax",   "terrainmax",   "nationcount", "hexw", "hexh", "colpitch",
+      "rowpitch", "hexinset", "hexslant", "versionno", "mousepointer", "jumpmapopen", "bufw", "bufh"};
   for (const QString& q : names) {
     const std::string n = q.toStdString();
     std::string out;

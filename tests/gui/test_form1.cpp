@@ -1,6 +1,8 @@
 // The main window on Qt's offscreen platform: layout, menu, keys through the
 // window system, and scripts that save maps compared byte for byte.
-#include <gtest/gtest.h>
+#include <cstdlib>
+#include <memory>
+#include <sstream>
 
 #include <QAction>
 #include <QApplication>
@@ -9,19 +11,17 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QScrollBar>
-#include <cstdlib>
-#include <memory>
-#include <sstream>
+#include <gtest/gtest.h>
 
-#include "editing/fileflow.h"
 #include "document/mapfile.h"
-#include "editing/startup.h"
 #include "editing/editing.h"
+#include "editing/fileflow.h"
 #include "editing/mapload.h"
+#include "editing/startup.h"
 #include "gui/Form1.h"
+#include "gui/guitest.h"
 #include "gui/qtui.h"
 #include "gui/script.h"
-#include "gui/guitest.h"
 #include "testutil.h"
 
 using namespace kv;
@@ -55,9 +55,7 @@ struct Window {
     return f->findChild<T*>(QString::fromLatin1(name));
   }
   // Runs a script; returns its exit status and leaves its output in `out`.
-  int Run(const std::string& script, std::string* out = nullptr) {
-    return kvtest::RunScriptText(*f, script, out);
-  }
+  int Run(const std::string& script, std::string* out = nullptr) { return kvtest::RunScriptText(*f, script, out); }
 };
 
 }  // namespace
@@ -100,8 +98,8 @@ TEST(Form1Menu, EntriesInOrderWithCaptionsAndStates) {
   QStringList bar;
   for (QAction* a : w.f->menuBar()->actions())
     if (a->isVisible()) bar << a->text();
-  EXPECT_EQ(bar, (QStringList{"&File", "&Edit", "Tiles", "Hex Sides", "Hex Control", "Options", "Strategic Map",
-                              "Help"}));
+  EXPECT_EQ(bar,
+            (QStringList{"&File", "&Edit", "Tiles", "Hex Sides", "Hex Control", "Options", "Strategic Map", "Help"}));
   QStringList file;
   for (QAction* a : w.f->findChild<QMenu*>("menu_file")->actions()) file << a->objectName();
   // The editor's own "Recent Maps" stands before Exit.
@@ -191,10 +189,12 @@ TEST(Form1Script, PaintedAndSavedMapEqualsTheCoreEditsByteForByte) {
                   "clickhex 20 20 2\n"
                   "Form1.mPaste_Click\n"
                   "Form1.menu_file_save_as_Click\n"
-                  "LoadSave.Dir1.Path = \"" + dir + "\"\n"
-                  "LoadSave.Text1.Text = scripted\n"
-                  "LoadSave.Command2_Click\n"
-                  "print MapPath DlgFile\n",
+                  "LoadSave.Dir1.Path = \"" +
+                      dir +
+                      "\"\n"
+                      "LoadSave.Text1.Text = scripted\n"
+                      "LoadSave.Command2_Click\n"
+                      "print MapPath DlgFile\n",
                   &out),
             0)
       << out;

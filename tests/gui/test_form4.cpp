@@ -1,7 +1,9 @@
 // The bitmap utility's windows on Qt's offscreen platform: the menu entry of
 // the main window, Form4's menus and controls, real mouse and key events on
 // its picture, and scripts that drive Form4 and Form15 by name.
-#include <gtest/gtest.h>
+#include <cstdlib>
+#include <memory>
+#include <sstream>
 
 #include <QAction>
 #include <QApplication>
@@ -12,19 +14,17 @@
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <QTimer>
-#include <cstdlib>
-#include <memory>
-#include <sstream>
+#include <gtest/gtest.h>
 
 #include "bitmaputil/bitmaputil.h"
 #include "gui/Form1.h"
 #include "gui/Form4.h"
+#include "gui/guitest.h"
 #include "gui/qtui.h"
 #include "gui/script.h"
 #include "gui/vbform.h"
 #include "platform/fileio.h"
 #include "session.h"
-#include "gui/guitest.h"
 #include "testutil.h"
 
 using namespace kv;
@@ -212,18 +212,17 @@ TEST(Form4Window, ReplaceColourByScriptWithForm15) {
   pic.SetPixel(2, 0, RGB(10, 20, 30));
   e.Picture(pic, "pic.bmp");
   std::string out;
-  ASSERT_EQ(e.Run(e.LoadLines("pic.bmp") +
-                      "Form4.Replace_Colour_Click\n"
-                      "print Form15.Visible Form4.NewColour(0) Form4.ReplaceMode\n"
-                      "Form4.Picture2_MouseDown 1 0 0 0\n"
-                      "print Form4.Picture2.Point(0,0)\n"
-                      "Form15.Text1(0).Text = 200\n"
-                      "Form15.Text1(2).Text = 7\n"
-                      "print Form15.Frame1.BackColor\n"
-                      "Form15.Command1_Click\n"
-                      "print Form15.Visible\n"
-                      "Form4.Picture2_MouseDown 1 0 2 0\n"
-                      "print Form4.Picture2.Point(0,0) Form4.Picture2.Point(1,0) Form4.Caption\n",
+  ASSERT_EQ(e.Run(e.LoadLines("pic.bmp") + "Form4.Replace_Colour_Click\n"
+                                           "print Form15.Visible Form4.NewColour(0) Form4.ReplaceMode\n"
+                                           "Form4.Picture2_MouseDown 1 0 0 0\n"
+                                           "print Form4.Picture2.Point(0,0)\n"
+                                           "Form15.Text1(0).Text = 200\n"
+                                           "Form15.Text1(2).Text = 7\n"
+                                           "print Form15.Frame1.BackColor\n"
+                                           "Form15.Command1_Click\n"
+                                           "print Form15.Visible\n"
+                                           "Form4.Picture2_MouseDown 1 0 2 0\n"
+                                           "print Form4.Picture2.Point(0,0) Form4.Picture2.Point(1,0) Form4.Caption\n",
                   &out),
             0)
       << out;
@@ -318,8 +317,8 @@ TEST(Form4Window, IconStripShownUnderThePicture) {
   ASSERT_FALSE(frame->isHidden());
   const QImage shot = u->grab().toImage();
   const QPoint inFrame = frame->mapTo(u, QPoint(frame->width() / 2, 4));
-  EXPECT_NE(shot.pixel(inFrame) & 0xFFFFFF, e.s().bmp.Picture2.GetPixel(inFrame.x() - p2At.x() - kBorder,
-                                                                       inFrame.y() - p2At.y() - kBorder));
+  EXPECT_NE(shot.pixel(inFrame) & 0xFFFFFF,
+            e.s().bmp.Picture2.GetPixel(inFrame.x() - p2At.x() - kBorder, inFrame.y() - p2At.y() - kBorder));
   const Bitmap& strip = e.s().bmp.Picture3;
   for (QPoint q : {QPoint(5, 5), QPoint(85, 20), QPoint(399, 49)})
     EXPECT_EQ(shot.pixel(p3At + QPoint(kBorder, kBorder) + q) & 0xFFFFFF, strip.GetPixel(q.x(), q.y()));

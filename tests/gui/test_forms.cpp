@@ -2,7 +2,9 @@
 // the jump map window on Qt's offscreen platform: real mouse and key events
 // on their controls, the main window's menu entries, and scripts that drive
 // them by name.
-#include <gtest/gtest.h>
+#include <cstdlib>
+#include <memory>
+#include <sstream>
 
 #include <QAction>
 #include <QApplication>
@@ -15,20 +17,18 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTimer>
-#include <cstdlib>
-#include <memory>
-#include <sstream>
+#include <gtest/gtest.h>
 
 #include "analysis/aitables.h"
 #include "editing/startup.h"
 #include "gui/Form1.h"
 #include "gui/Form2.h"
 #include "gui/Form5.h"
+#include "gui/guitest.h"
 #include "gui/qtui.h"
 #include "gui/script.h"
 #include "jumpmap/jumpmap.h"
 #include "platform/fileio.h"
-#include "gui/guitest.h"
 #include "testutil.h"
 #include "view/geometry.h"
 
@@ -317,7 +317,7 @@ TEST(ControlFormWindow, ObjectiveButtonsAndTheBoldModeLabel) {
   EXPECT_EQ(e.p().CurObjType, 3);
   EXPECT_EQ(e.p().CtlMode, 2);
   EXPECT_EQ(e.p().AreaMode, 1);
-  EXPECT_TRUE(hex->font().bold());  // the mark does not move
+  EXPECT_TRUE(hex->font().bold());                     // the mark does not move
   e.child<QPushButton>("Form3", "Command1")->click();  // Primary
   EXPECT_EQ(e.p().CurObjType, 2);
   EXPECT_EQ(e.p().AreaMode, 0);
@@ -348,11 +348,13 @@ TEST(ControlFormWindow, ANewNationSetUnloadsItAndF3LoadsTheNewLists) {
   ASSERT_FALSE(old.isNull());
   std::string out;
   ASSERT_EQ(e.Run("Form1.mNewNations_Click\n"
-                  "LoadSave.Dir1.Path = \"" + e.app / "second/nations" + "\"\n"
-                  "LoadSave.Text1.Text = nations.txt\n"
-                  "answer 6\n"
-                  "LoadSave.Command1_Click\n"
-                  "print NationCount\n",
+                  "LoadSave.Dir1.Path = \"" +
+                      e.app / "second/nations" +
+                      "\"\n"
+                      "LoadSave.Text1.Text = nations.txt\n"
+                      "answer 6\n"
+                      "LoadSave.Command1_Click\n"
+                      "print NationCount\n",
                   &out),
             0)
       << out;
@@ -463,9 +465,10 @@ TEST(GridWindow, ASizeBelowOneIsRefusedWithAMessageWhileTheGridIsOn) {
   }
   ASSERT_EQ(e.Run("Form10.Text2.Text = 0\nForm10.Command1_Click\n", &out), 0) << out;
   EXPECT_NE(out.find("msgbox: The grid width and height must be 1 or more"), std::string::npos) << out;
-  ASSERT_EQ(e.Run("Form10.Text1.Text = 4\nForm10.Text2.Text = \" 6\"\nForm10.Command1_Click\nprint GridX GridY GridOn\n",
-                  &out),
-            0)
+  ASSERT_EQ(
+      e.Run("Form10.Text1.Text = 4\nForm10.Text2.Text = \" 6\"\nForm10.Command1_Click\nprint GridX GridY GridOn\n",
+            &out),
+      0)
       << out;
   EXPECT_NE(out.find("GridX=4\nGridY=6\nGridOn=-1\n"), std::string::npos) << out;
   EXPECT_EQ(out.find("msgbox"), std::string::npos) << out;
@@ -498,9 +501,9 @@ TEST(MapImageWindow, ZeroNegativesAndTextGiveOneAndTheSectionIsWritten) {
     texts << l->text();
     EXPECT_GE(l->width(), l->sizeHint().width()) << l->text().toStdString();  // no line is cut
   }
-  for (const char* t : {"Convert a section of the map to a bitmap.",
-                        "Starting at hex in upper left corner of display screen.",
-                        "If you run out of memory...reduce the Width and Height dimensions.", "Width", "Height"})
+  for (const char* t :
+       {"Convert a section of the map to a bitmap.", "Starting at hex in upper left corner of display screen.",
+        "If you run out of memory...reduce the Width and Height dimensions.", "Width", "Height"})
     EXPECT_TRUE(texts.contains(QString::fromLatin1(t))) << t;
 
   std::string out;
@@ -616,9 +619,9 @@ TEST(JumpMapWindow, MenusAndTheCountryList) {
   QStringList names;
   for (int i = 0; i < list->count(); ++i) names << list->item(i)->text();
   EXPECT_EQ(names, (QStringList{"Corvia", "Avaria", "Dremen", "Belmont"}));  // the file's order
-  e.s().ed.dlg.DlgFile = e.app / "none.map";  // no map file: a plain picture of it first
-  e.s().doc.HexInfo(5, 7, 0) = 1;               // land
-  e.s().doc.HexInfo(6, 7, 0) = 0;               // sea
+  e.s().ed.dlg.DlgFile = e.app / "none.map";                                 // no map file: a plain picture of it first
+  e.s().doc.HexInfo(5, 7, 0) = 1;                                            // land
+  e.s().doc.HexInfo(6, 7, 0) = 0;                                            // sea
   ClickRow(list, 1);
   EXPECT_EQ(e.p().CurNation, 2);
   EXPECT_TRUE(list->isHidden());

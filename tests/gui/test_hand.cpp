@@ -2,7 +2,7 @@
 // and key events: the Shift state of a press, the file dialog, the window's
 // layout at any size, the tool windows, the status bar, drag painting, the
 // wheel and the zoom.
-#include <gtest/gtest.h>
+#include <memory>
 
 #include <QAction>
 #include <QApplication>
@@ -11,16 +11,15 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QMouseEvent>
-#include <memory>
+#include <gtest/gtest.h>
 
 #include "editing/fileflow.h"
-#include "gui/recentmaps.h"
-#include "gui/usersettings.h"
-#include "platform/fileio.h"
-
 #include "gui/Form1.h"
 #include "gui/guitest.h"
 #include "gui/qtui.h"
+#include "gui/recentmaps.h"
+#include "gui/usersettings.h"
+#include "platform/fileio.h"
 #include "testutil.h"
 #include "view/geometry.h"
 #include "view/transform.h"
@@ -63,8 +62,8 @@ void DoubleClick(QWidget* w, QPoint at) {
   const QPointF local(at), global(w->mapToGlobal(at));
   for (QEvent::Type t : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease, QEvent::MouseButtonDblClick,
                          QEvent::MouseButtonRelease}) {
-    QMouseEvent e(t, local, global, Qt::LeftButton,
-                  t == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
+    QMouseEvent e(t, local, global, Qt::LeftButton, t == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton,
+                  Qt::NoModifier);
     QApplication::sendEvent(w, &e);
   }
   Settle();

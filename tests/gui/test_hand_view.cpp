@@ -1,7 +1,8 @@
 // The main window in the hand, on Qt's offscreen platform: the layout at any
 // size, the tool windows, the status bar and the menus' keys, drag painting,
 // the wheel and the zoom, the live jump map, and the Editor names of scripts.
-#include <gtest/gtest.h>
+#include <cctype>
+#include <memory>
 
 #include <QAction>
 #include <QApplication>
@@ -12,8 +13,7 @@
 #include <QStatusBar>
 #include <QTest>
 #include <QWheelEvent>
-#include <cctype>
-#include <memory>
+#include <gtest/gtest.h>
 
 #include "gui/Form1.h"
 #include "gui/PictureBox.h"
@@ -102,9 +102,9 @@ TEST(HandWindow, EverySizeShowsTheBarsThePanelAndWholeCaptions) {
     // inside (a panel wider than the window goes on in a second row), and
     // no two controls of the panel overlap.
     std::vector<QWidget*> panel;
-    for (const char* n : {"HScroll1", "VScroll1", "Picture1", "Picture2", "Label1", "Label2", "Text2", "Label4",
-                          "Command4", "Command7", "Text3(0)", "Text3(1)", "Text3(2)", "Command8", "Label5", "Label6",
-                          "Text4", "Command9"}) {
+    for (const char* n :
+         {"HScroll1", "VScroll1", "Picture1", "Picture2", "Label1", "Label2", "Text2", "Label4", "Command4", "Command7",
+          "Text3(0)", "Text3(1)", "Text3(2)", "Command8", "Label5", "Label6", "Text4", "Command9"}) {
       auto* w = c->findChild<QWidget*>(QString::fromLatin1(n));
       ASSERT_NE(w, nullptr) << n;
       const QRect g = w->geometry();
@@ -248,7 +248,8 @@ TEST(HandWheel, TheWheelScrollsThroughTheBarsAndCtrlZoomsRoundThePointer) {
   e.Comfort();
   Session& s = e.s();
   // A larger map to scroll over.
-  ASSERT_EQ(e.Run("Form1.menu_file_new_Click\nForm6.Text1.Text = 200\nForm6.Text2.Text = 150\nForm6.Command2_Click\n"), 0);
+  ASSERT_EQ(e.Run("Form1.menu_file_new_Click\nForm6.Text1.Text = 200\nForm6.Text2.Text = 150\nForm6.Command2_Click\n"),
+            0);
   e.f->show();
   e.f->resize(1000, 700);
   Settle();

@@ -1,18 +1,18 @@
 // The history, the guard and the recovery copy in the editor's window and
 // in scripts (the pseudo-form Editor).
-#include <gtest/gtest.h>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <QAction>
 #include <QApplication>
 #include <QMenu>
 #include <QTest>
-#include <csignal>
-#include <cstdlib>
-#include <filesystem>
-#include <memory>
-#include <sys/wait.h>
-#include <unistd.h>
-#include <string>
+#include <gtest/gtest.h>
 
 #include "document/namestore.h"
 #include "editing/recovery.h"
@@ -295,7 +295,8 @@ TEST(Recovery, AKilledEditorsWorkIsOfferedAndComesBackEqual) {
   }
   close(toChild[0]);
   close(fromChild[1]);
-  const std::string script = SaveAsLines(maps.path(), "killed") + kEdits + "Editor.WriteRecovery\nprint Editor.Modified\n";
+  const std::string script =
+      SaveAsLines(maps.path(), "killed") + kEdits + "Editor.WriteRecovery\nprint Editor.Modified\n";
   ASSERT_EQ(write(toChild[1], script.data(), script.size()), static_cast<ssize_t>(script.size()));
   // The editor waits for more lines; its copy is written once it says so.
   std::string said;
@@ -326,8 +327,8 @@ TEST(Recovery, AKilledEditorsWorkIsOfferedAndComesBackEqual) {
   EXPECT_EQ(next.Run("answer 2\nEditor.OfferRecovery\nprint Editor.Modified\n").substr(0, 18), "Editor.Modified=0\n");
   ASSERT_EQ(FindRecoveryCopies(root).size(), 1u);
   const std::string out = next.Run("answer 6\nEditor.OfferRecovery\nprint Editor.Modified MapPath Form1.Caption\n");
-  EXPECT_EQ(out.substr(0, out.find("msgbox:")), "Editor.Modified=-1\nMapPath=" + (maps / "killed.map") +
-                                                   "\nForm1.Caption=Main: editing killed\n");
+  EXPECT_EQ(out.substr(0, out.find("msgbox:")),
+            "Editor.Modified=-1\nMapPath=" + (maps / "killed.map") + "\nForm1.Caption=Main: editing killed\n");
   EXPECT_NE(out.find("msgbox: Recover unsaved changes to killed.map from "), std::string::npos) << out;
   ExpectSameDocument(expected.f->session(), next.f->session());
   // The dead editor's copy is gone; this editor holds its own.

@@ -2,13 +2,12 @@
 // File > Open PG set file, the dialog's Load, then Save As writing the map,
 // its side files, the order of battle and the scenario file; and damaged
 // files that leave the open map, its names and its paths as they were.
-#include <gtest/gtest.h>
-
-#include <sys/wait.h>
-
 #include <cstdlib>
 #include <functional>
 #include <string>
+#include <sys/wait.h>
+
+#include <gtest/gtest.h>
 
 #include "editing/fileflow.h"
 #include "editing/startup.h"
@@ -77,14 +76,22 @@ struct ScriptedImport {
 
   std::string ImportLines(const std::string& setName = "front15.set") const {
     return "Form1.openpgset_Click\n"
-           "LoadSave.Dir1.Path = \"" + sets.path() + "\"\n"
-           "LoadSave.Text1.Text = \"" + setName + "\"\n"
+           "LoadSave.Dir1.Path = \"" +
+           sets.path() +
+           "\"\n"
+           "LoadSave.Text1.Text = \"" +
+           setName +
+           "\"\n"
            "LoadSave.Command1_Click\n";
   }
   std::string SaveAsLines(const std::string& name) const {
     return "Form1.menu_file_save_as_Click\n"
-           "LoadSave.Dir1.Path = \"" + maps.path() + "\"\n"
-           "LoadSave.Text1.Text = \"" + name + "\"\n"
+           "LoadSave.Dir1.Path = \"" +
+           maps.path() +
+           "\"\n"
+           "LoadSave.Text1.Text = \"" +
+           name +
+           "\"\n"
            "LoadSave.Command2_Click\n";
   }
 };
@@ -167,20 +174,22 @@ std::string ScnText(const std::string& mapFile) {
 TEST(ScenarioScript, SetImportedThroughTheMenuAndSavedAsByteForByte) {
   ScriptedImport t;
   std::string out;
-  ASSERT_EQ(t.Run("print Form1.openpgset.Enabled\n"
-                  "Form1.openpgset_Click\n"
-                  "print LoadSave.Caption DlgMode DlgExt LoadSave.Command2.Enabled\n"
-                  "LoadSave.Dir1.Path = \"" + t.sets.path() + "\"\n"
-                  "print LoadSave.List1.ListCount\n"
-                  "LoadSave.List1.ListIndex = 0\n"
-                  "print LoadSave.Text1.Text\n"
-                  "LoadSave.Command1_Click\n"
-                  "print MapMaxX MapMaxY Form1.Caption MapFile SetPath\n"
-                  "print HexDeploy(2,1) HexDeploy(3,1) HexDeploy(5,3) HexTile(0,2) HexTile(1,2)\n" +
-                      t.SaveAsLines("campaign") +
-                      "print MapPath DlgFile SetPath Form1.Caption\n" + t.SaveAsLines("again"),
-                  &out),
-            0)
+  ASSERT_EQ(
+      t.Run("print Form1.openpgset.Enabled\n"
+            "Form1.openpgset_Click\n"
+            "print LoadSave.Caption DlgMode DlgExt LoadSave.Command2.Enabled\n"
+            "LoadSave.Dir1.Path = \"" +
+                t.sets.path() +
+                "\"\n"
+                "print LoadSave.List1.ListCount\n"
+                "LoadSave.List1.ListIndex = 0\n"
+                "print LoadSave.Text1.Text\n"
+                "LoadSave.Command1_Click\n"
+                "print MapMaxX MapMaxY Form1.Caption MapFile SetPath\n"
+                "print HexDeploy(2,1) HexDeploy(3,1) HexDeploy(5,3) HexTile(0,2) HexTile(1,2)\n" +
+                t.SaveAsLines("campaign") + "print MapPath DlgFile SetPath Form1.Caption\n" + t.SaveAsLines("again"),
+            &out),
+      0)
       << out;
   const std::string sets = t.sets.path(), maps = t.maps.path();
   EXPECT_EQ(out,
@@ -188,11 +197,14 @@ TEST(ScenarioScript, SetImportedThroughTheMenuAndSavedAsByteForByte) {
             "LoadSave.Caption=File Open\nDlgMode=2\nDlgExt=.set\nLoadSave.Command2.Enabled=0\n"
             "LoadSave.List1.ListCount=1\n"  // the set only: neither the scenario nor the notes
             "LoadSave.Text1.Text=front15.set\n"
-            "MapMaxX=6\nMapMaxY=3\nForm1.Caption=Main: editing front15.set\nMapFile=\nSetPath=" + sets +
+            "MapMaxX=6\nMapMaxY=3\nForm1.Caption=Main: editing front15.set\nMapFile=\nSetPath=" +
+                sets +
                 "/front15.set\n"
                 // Units on deployment hexes show their nations; the pair read over marks nothing.
                 "HexDeploy(2,1)=1\nHexDeploy(3,1)=3\nHexDeploy(5,3)=0\nHexTile(0,2)=20\nHexTile(1,2)=20\n"
-                "MapPath=" + maps + "/campaign.map\nDlgFile=campaign\nSetPath=\n"
+                "MapPath=" +
+                maps +
+                "/campaign.map\nDlgFile=campaign\nSetPath=\n"
                 "Form1.Caption=Main: editing campaign\n");
 
   EXPECT_EQ(Text(t.maps / "campaign.oob"), kOob);
@@ -234,12 +246,17 @@ TEST(ScenarioScript, ReplacingAnOrderOfBattleAnsweredOkAndCancel) {
     kvtest::WriteText(t.maps / "war.oob", "the old order of battle");
     kvtest::WriteText(t.maps / "war.scn", "the old scenario, longer than the new one will ever be ............");
     std::string out;
-    ASSERT_EQ(t.Run(t.ImportLines() + "Form1.menu_file_save_as_Click\n"
-                    "LoadSave.Dir1.Path = \"" + t.maps.path() + "\"\n"
-                    "LoadSave.Text1.Text = war\n"
-                    "answer " + std::to_string(answer) + "\n"
-                    "LoadSave.Command2_Click\n"
-                    "print SetPath\n",
+    ASSERT_EQ(t.Run(t.ImportLines() +
+                        "Form1.menu_file_save_as_Click\n"
+                        "LoadSave.Dir1.Path = \"" +
+                        t.maps.path() +
+                        "\"\n"
+                        "LoadSave.Text1.Text = war\n"
+                        "answer " +
+                        std::to_string(answer) +
+                        "\n"
+                        "LoadSave.Command2_Click\n"
+                        "print SetPath\n",
                     &out),
               0)
         << out;
@@ -247,7 +264,7 @@ TEST(ScenarioScript, ReplacingAnOrderOfBattleAnsweredOkAndCancel) {
     EXPECT_EQ(out, "msgbox: " + t.maps / "war.oob" + "already exists.\\rDo you want to replace it ?\nSetPath=\n");
     EXPECT_EQ(Text(t.maps / "war.oob"), answer == kv::vbOK ? std::string(kOob) : "the old order of battle");
     EXPECT_FALSE(kv::FileExists(t.app / "game015.oob"));  // gone whatever the answer
-    EXPECT_EQ(Text(t.maps / "war.scn"), ScnText("war"));   // written anew either way
+    EXPECT_EQ(Text(t.maps / "war.scn"), ScnText("war"));  // written anew either way
     EXPECT_TRUE(kv::FileExists(t.maps / "war.map"));
   }
 }
@@ -258,9 +275,10 @@ TEST(ScenarioScript, DamagedFilesLeaveTheOpenMapItsNamesAndPaths) {
   const std::string state =
       "print MapMaxX MapMaxY HexTile(4,5) HexTile(2,2) MapFile MapPath NdxPath StrPath SetPath Form1.Caption\n";
   std::string before;
-  const std::string open = "CurTile = 3\nclickhex 4 5\n"
-                           "clickhex 2 2\nForm1.Text2.Text = Ford\nForm1.Command4_Click\n" +
-                           t.SaveAsLines("mine");
+  const std::string open =
+      "CurTile = 3\nclickhex 4 5\n"
+      "clickhex 2 2\nForm1.Text2.Text = Ford\nForm1.Command4_Click\n" +
+      t.SaveAsLines("mine");
   ASSERT_EQ(t.Run(open + state, &before), 0) << before;
   ASSERT_NE(before.find("HexTile(4,5)=3\n"), std::string::npos) << before;
   const std::vector<uint8_t> names = kvtest::ReadBytes(t.maps / "mine.str");
@@ -274,9 +292,14 @@ TEST(ScenarioScript, DamagedFilesLeaveTheOpenMapItsNamesAndPaths) {
   const auto setBytes = t.set.Bytes(), scnBytes = t.scn.Bytes();
   const Fault faults[] = {
       {"a truncated set",
-       [&] { kvtest::WriteBytes(t.sets / "front15.set", {setBytes.begin(), setBytes.end() - 5}); },
+       [&] {
+         kvtest::WriteBytes(t.sets / "front15.set", {setBytes.begin(), setBytes.end() - 5});
+       },
        t.sets / "front15.set holds a map of 6 x 4 hexes"},
-      {"a set cut inside its head", [&] { kvtest::WriteBytes(t.sets / "front15.set", {setBytes.begin(), setBytes.begin() + 102}); },
+      {"a set cut inside its head",
+       [&] {
+         kvtest::WriteBytes(t.sets / "front15.set", {setBytes.begin(), setBytes.begin() + 102});
+       },
        t.sets / "front15.set ends before its map size"},
       {"a tile beyond the table",
        [&] {
@@ -286,7 +309,9 @@ TEST(ScenarioScript, DamagedFilesLeaveTheOpenMapItsNamesAndPaths) {
        },
        "tile number 32"},
       {"a scenario cut among its units",
-       [&] { kvtest::WriteBytes(t.sets / "game015.scn", {scnBytes.begin(), scnBytes.end() - 4}); },
+       [&] {
+         kvtest::WriteBytes(t.sets / "game015.scn", {scnBytes.begin(), scnBytes.end() - 4});
+       },
        t.sets / "game015.scn ends early"},
       {"a missing scenario", [&] { kv::RemoveFile(t.sets / "game015.scn"); }, t.sets / "game015.scn not found"},
       {"a truncated equipment table",
@@ -303,10 +328,12 @@ TEST(ScenarioScript, DamagedFilesLeaveTheOpenMapItsNamesAndPaths) {
     f.damage();
     std::string out;
     ASSERT_EQ(t.Run("Form1.menu_file_open_Click\n"
-                    "LoadSave.Dir1.Path = \"" + t.maps.path() + "\"\n"
-                    "LoadSave.Text1.Text = mine\n"
-                    "LoadSave.Command1_Click\n" + state + t.ImportLines() + state +
-                        "clickhex 2 2\nprint Form1.Text2.Text\n",
+                    "LoadSave.Dir1.Path = \"" +
+                        t.maps.path() +
+                        "\"\n"
+                        "LoadSave.Text1.Text = mine\n"
+                        "LoadSave.Command1_Click\n" +
+                        state + t.ImportLines() + state + "clickhex 2 2\nprint Form1.Text2.Text\n",
                     &out),
               0)
         << out;

@@ -40,8 +40,19 @@ namespace {
 constexpr int kMapW = 60, kMapH = 40;
 
 enum Terrain : uint8_t {
-  kSea = 0, kClear = 1, kRiver = 2, kMountain = 3, kHills = 4, kCity = 5, kVillage = 6, kSwamp = 7,
-  kForest = 8, kRough = 9, kWoods = 10, kFields = 13, kPort = 14
+  kSea = 0,
+  kClear = 1,
+  kRiver = 2,
+  kMountain = 3,
+  kHills = 4,
+  kCity = 5,
+  kVillage = 6,
+  kSwamp = 7,
+  kForest = 8,
+  kRough = 9,
+  kWoods = 10,
+  kFields = 13,
+  kPort = 14
 };
 enum Side : int { kArdenmark = 1, kBelvaro = 2 };
 
@@ -57,8 +68,10 @@ Cube ToCube(Hex h) {
 Hex FromCube(Cube c) {
   double rq = std::round(c.q), rr = std::round(c.r), rs = std::round(c.s);
   const double dq = std::abs(rq - c.q), dr = std::abs(rr - c.r), ds = std::abs(rs - c.s);
-  if (dq > dr && dq > ds) rq = -rr - rs;
-  else if (dr > ds) rr = -rq - rs;
+  if (dq > dr && dq > ds)
+    rq = -rr - rs;
+  else if (dr > ds)
+    rr = -rq - rs;
   const int x = static_cast<int>(rq);
   return {x, static_cast<int>(rr) + (x + (x & 1)) / 2};
 }
@@ -74,8 +87,7 @@ std::vector<Hex> Line(Hex a, Hex b) {
   for (int i = 0; i <= n; ++i) {
     const double t = n == 0 ? 0 : static_cast<double>(i) / n;
     // a nudge keeps the rounding away from ties
-    out.push_back(FromCube({p.q + (q.q - p.q) * t + 1e-6, p.r + (q.r - p.r) * t + 2e-6,
-                            p.s + (q.s - p.s) * t - 3e-6}));
+    out.push_back(FromCube({p.q + (q.q - p.q) * t + 1e-6, p.r + (q.r - p.r) * t + 2e-6, p.s + (q.s - p.s) * t - 3e-6}));
   }
   return out;
 }
@@ -238,19 +250,32 @@ void Builder::LayTerrain() {
       return std::hypot((h.x - col) * 0.866 / stretch, y - row);
     };
     const double dPeak = D(keyPeak_.x + 0.5, Cy(keyPeak_) - 0.3);
-    if (dPeak < 2.6 || D(56, 6.5) < 1.6 + 0.4 * n) t = kMountain;
-    else if (dPeak < 4.4 + 0.8 * n || D(56, 6) < 3.2) t = kHills;
-    else if (D(46, 34.5, 1.7) < 4.0 + 1.2 * Noise(h.x, h.y, 3)) t = kForest;
-    else if (D(34, 4, 1.3) < 2.6 + 0.8 * Noise(h.x, h.y, 4)) t = kForest;
-    else if (D(19, 12) < 2.2) t = kWoods;
-    else if (D(55, 20) < 1.9) t = kWoods;
-    else if (D(17, 22.5) < 2.4 && n > 0.3) t = kSwamp;
-    else if (D(53, 30) < 2.0) t = kRough;
-    else if (D(44, 18.5) < 1.5) t = kRough;
-    else if (D(inland_.x - 3, Cy(inland_) + 3.5) < 2.3) t = kFields;
-    else if (D(inland_.x + 4, Cy(inland_) - 2.5) < 1.7) t = kFields;
-    else if (D(21, 34) < 2.6) t = kFields;
-    else if (D(30, 15.5) < 1.8) t = kHills;
+    if (dPeak < 2.6 || D(56, 6.5) < 1.6 + 0.4 * n)
+      t = kMountain;
+    else if (dPeak < 4.4 + 0.8 * n || D(56, 6) < 3.2)
+      t = kHills;
+    else if (D(46, 34.5, 1.7) < 4.0 + 1.2 * Noise(h.x, h.y, 3))
+      t = kForest;
+    else if (D(34, 4, 1.3) < 2.6 + 0.8 * Noise(h.x, h.y, 4))
+      t = kForest;
+    else if (D(19, 12) < 2.2)
+      t = kWoods;
+    else if (D(55, 20) < 1.9)
+      t = kWoods;
+    else if (D(17, 22.5) < 2.4 && n > 0.3)
+      t = kSwamp;
+    else if (D(53, 30) < 2.0)
+      t = kRough;
+    else if (D(44, 18.5) < 1.5)
+      t = kRough;
+    else if (D(inland_.x - 3, Cy(inland_) + 3.5) < 2.3)
+      t = kFields;
+    else if (D(inland_.x + 4, Cy(inland_) - 2.5) < 1.7)
+      t = kFields;
+    else if (D(21, 34) < 2.6)
+      t = kFields;
+    else if (D(30, 15.5) < 1.8)
+      t = kHills;
     T(h) = t;
   });
   // Elevation: hills 1, mountains 2, the massif 3 and its peaks 4.
@@ -278,8 +303,7 @@ void Builder::LayRoad(const std::vector<Hex>& path) {
     const Hex h = path[i];
     if (!OnMap(h)) continue;
     noTouch_.insert(h);
-    if (T(h) == kForest || T(h) == kWoods || T(h) == kSwamp || T(h) == kFields || T(h) == kRough)
-      T(h) = kClear;
+    if (T(h) == kForest || T(h) == kWoods || T(h) == kSwamp || T(h) == kFields || T(h) == kRough) T(h) = kClear;
     if (i > 0) Road(h) |= 1 << (SideTo(h, path[i - 1]) - 1);
     if (i + 1 < path.size()) Road(h) |= 1 << (SideTo(h, path[i + 1]) - 1);
   }
@@ -343,8 +367,8 @@ bool Builder::PlaceTiles(std::string* err) {
       tile = RandomOf(t);
     }
     if (tile < 0) {
-      std::snprintf(msg, sizeof msg, "no tile for hex %d,%d (terrain %d, road %d, river %d)", h.x, h.y, t,
-                    Road(h), River(h));
+      std::snprintf(msg, sizeof msg, "no tile for hex %d,%d (terrain %d, road %d, river %d)", h.x, h.y, t, Road(h),
+                    River(h));
       *err = std::string(msg) + Picture();
       ok = false;
       return;
@@ -359,8 +383,10 @@ bool Builder::PlaceTiles(std::string* err) {
   s_.pens.AutoTile = 0;
   ForAll([&](Hex h) {
     const int16_t t = d_.HexTile(h.x, h.y);
-    if (t == 86 || t == 94) Elev(h) = 4;
-    else if (T(h) == kMountain && Distance(h, keyPeak_) <= 2) Elev(h) = 3;
+    if (t == 86 || t == 94)
+      Elev(h) = 4;
+    else if (T(h) == kMountain && Distance(h, keyPeak_) <= 2)
+      Elev(h) = 3;
     d_.HexElev(h.x, h.y) = static_cast<uint8_t>(127 + Elev(h));
   });
   return true;
@@ -398,10 +424,8 @@ void Builder::People() {
   own(bridgeE_, kBelvaro, 1);
   own(oil_, kBelvaro, 3);
   // Deployment hexes behind each side's line.
-  for (Hex h : {Hex{24, 26}, Hex{24, 27}, Hex{25, 27}, Hex{24, 28}, Hex{25, 28}})
-    d_.HexDeploy(h.x, h.y) = kArdenmark;
-  for (Hex h : {Hex{55, 24}, Hex{56, 24}, Hex{55, 25}, Hex{56, 25}, Hex{57, 25}})
-    d_.HexDeploy(h.x, h.y) = kBelvaro;
+  for (Hex h : {Hex{24, 26}, Hex{24, 27}, Hex{25, 27}, Hex{24, 28}, Hex{25, 28}}) d_.HexDeploy(h.x, h.y) = kArdenmark;
+  for (Hex h : {Hex{55, 24}, Hex{56, 24}, Hex{55, 25}, Hex{56, 25}, Hex{57, 25}}) d_.HexDeploy(h.x, h.y) = kBelvaro;
   kv::BuildObjList(s_);
 }
 
@@ -431,8 +455,7 @@ bool Builder::Build(std::string* err) {
         if (sea[p - 1] && sea[(p + 4) % 6] && (n == 2 || sea[p % 6])) mid = RingSide(p);
       const int o = kv::OppositeSide(mid);
       bool fits = true;
-      for (int side : {wrap(o - 1), o, wrap(o + 1)})
-        fits = fits && T(Nb(h, side)) != kSea && T(Nb(h, side)) != kRiver;
+      for (int side : {wrap(o - 1), o, wrap(o + 1)}) fits = fits && T(Nb(h, side)) != kSea && T(Nb(h, side)) != kRiver;
       if (fits) port_ = h, landward = o;
     }
     if (OnMap(port_)) break;

@@ -18,8 +18,7 @@ namespace kvgen {
 // The default program folder from the catalogues in `src`, written into
 // `out` (which must not hold other files than those of an earlier run); with
 // `train`, the starter pattern stores too (TrainStores).
-bool Generate(const std::filesystem::path& out, const std::filesystem::path& src, std::string* err,
-              bool train = true);
+bool Generate(const std::filesystem::path& out, const std::filesystem::path& src, std::string* err, bool train = true);
 // The same after emptying an earlier run's folder; refuses a folder that
 // this program did not make.
 bool GenerateFresh(const std::filesystem::path& out, const std::filesystem::path& src, std::string* err);
@@ -48,8 +47,8 @@ struct ScratchDir {
 struct TileDef {
   int tile = 0;
   int terrain = 0;
-  std::string art;      // plain, edge, massif, mouth
-  std::string pattern;  // six ring digits, or "" when the tile is in no list
+  std::string art;         // plain, edge, massif, mouth
+  std::string pattern;     // six ring digits, or "" when the tile is in no list
   std::vector<int> road;   // sides the road leaves by
   std::vector<int> river;  // sides the river leaves by
   int rnd = 0;

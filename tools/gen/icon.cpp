@@ -29,9 +29,9 @@ namespace kvgen {
 namespace {
 
 constexpr double kCanvas = 256;
-constexpr uint32_t kGround = 0x96C05C;      // open ground
-constexpr uint32_t kGroundLit = 0xA9CF70;   // its upper half, in the light
-constexpr uint32_t kHexEdge = 0x3A5522;     // the hex's rim
+constexpr uint32_t kGround = 0x96C05C;     // open ground
+constexpr uint32_t kGroundLit = 0xA9CF70;  // its upper half, in the light
+constexpr uint32_t kHexEdge = 0x3A5522;    // the hex's rim
 constexpr uint32_t kPole = 0x3B2F24;
 constexpr uint32_t kFlagEdge = 0x20252B;
 

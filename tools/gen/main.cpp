@@ -141,8 +141,7 @@ bool kvgen::Generate(const fs::path& out, const fs::path& src, std::string* err,
       if (!kv::WriteBmpFile((out / "flags" / (n.name + st.suffix + ".bmp")).string(), b, err)) return false;
     }
     DrawBlankFlag(b, st.w, st.h);
-    if (!kv::WriteBmpFile((out / "flags" / (std::string("blank") + st.suffix + ".bmp")).string(), b, err))
-      return false;
+    if (!kv::WriteBmpFile((out / "flags" / (std::string("blank") + st.suffix + ".bmp")).string(), b, err)) return false;
   }
 
   // The tile screen's key help: eight fields, one a line (the ninth line of

@@ -115,8 +115,10 @@ void Disc(Cell& c, double cx, double cy, double r, C col) {
 C ClearAt(int x, int y, uint32_t seed) {
   C c = Mix(Col(0x78AA4A), Col(0x96BA56), Fbm(x / 9.0, y / 9.0, seed));
   double h = H01(x, y, seed + 5);
-  if (h > 0.93) c = Mix(c, Col(0x5C8C3A), 0.7);
-  else if (h > 0.91) c = Mix(c, Col(0xB4C878), 0.6);
+  if (h > 0.93)
+    c = Mix(c, Col(0x5C8C3A), 0.7);
+  else if (h > 0.91)
+    c = Mix(c, Col(0xB4C878), 0.6);
   return c;
 }
 C SeaAt(int x, int y, uint32_t seed) {
@@ -149,9 +151,7 @@ void PaintFields(Cell& c, uint32_t seed) {
   });
 }
 void PaintRough(Cell& c, uint32_t seed) {
-  ForHex([&](int x, int y) {
-    c.at(x, y) = Mix(Col(0x9C8C74), Col(0xB4A48C), Fbm(x / 7.0, y / 7.0, seed));
-  });
+  ForHex([&](int x, int y) { c.at(x, y) = Mix(Col(0x9C8C74), Col(0xB4A48C), Fbm(x / 7.0, y / 7.0, seed)); });
   for (int gy = 0; gy < 10; ++gy)
     for (int gx = 0; gx < 12; ++gx) {
       if (H01(gx, gy, seed + 1) < 0.45) continue;
@@ -165,8 +165,10 @@ void PaintSwamp(Cell& c, uint32_t seed) {
   ForHex([&](int x, int y) {
     double n = Fbm(x / 7.0, y / 7.0, seed);
     C col = Mix(Col(0x62784E), Col(0x748A56), n);
-    if (n > 0.56) col = Mix(Col(0x3E6A6E), Col(0x4E7C80), H01(x, y, seed));
-    else if (H01(x, y, seed + 7) > 0.88) col = Col(0x3E5A2C);
+    if (n > 0.56)
+      col = Mix(Col(0x3E6A6E), Col(0x4E7C80), H01(x, y, seed));
+    else if (H01(x, y, seed + 7) > 0.88)
+      col = Col(0x3E5A2C);
     c.at(x, y) = col;
   });
 }
@@ -215,7 +217,8 @@ C RockAt(double hv, double shade, int x, int y, uint32_t seed) {
   C rock = Mix(Col(0x847464), Col(0x9C948A), Fbm(x / 5.0, y / 5.0, seed + 2));
   C col = Mix(foot, rock, Smooth(0.05, 0.35, hv));
   col = Scale(col, shade);
-  if (hv > 0.78 + 0.08 * VNoise(x / 4.0, y / 4.0, seed + 8)) col = Mix(Col(0xF0F2F6), Col(0xB8C0CC), std::clamp(1.2 - shade, 0.0, 1.0));
+  if (hv > 0.78 + 0.08 * VNoise(x / 4.0, y / 4.0, seed + 8))
+    col = Mix(Col(0xF0F2F6), Col(0xB8C0CC), std::clamp(1.2 - shade, 0.0, 1.0));
   return col;
 }
 void PaintMountain(Cell& c, uint32_t seed, double scale = 1.0) {
@@ -322,7 +325,8 @@ std::vector<Path> Courses(const std::vector<int>& sides) {
     Path p;
     for (int i = 0; i <= 200; ++i) {
       double t = i / 200.0, u = 1 - t;
-      p.pts.push_back({u * u * a.x + 2 * u * t * kCentre.x + t * t * b.x, u * u * a.y + 2 * u * t * kCentre.y + t * t * b.y});
+      p.pts.push_back(
+          {u * u * a.x + 2 * u * t * kCentre.x + t * t * b.x, u * u * a.y + 2 * u * t * kCentre.y + t * t * b.y});
     }
     out.push_back(p);
     return out;
@@ -423,12 +427,14 @@ void PaintPlainBase(Cell& c, int terrain, uint32_t seed) {
     case 13: PaintFields(c, seed); break;
     case 8:
     case 12:
-      PaintTrees(c, seed, kForest, [](double, double) { return true; }, [](double, double) { return true; });
+      PaintTrees(
+          c, seed, kForest, [](double, double) { return true; }, [](double, double) { return true; });
       break;
     case 10:
       PaintClear(c, seed);
-      PaintTrees(c, seed, kWoods, [&](double x, double y) { return VNoise(x / 9, y / 9, seed + 30) > 0.32; },
-                 [](double, double) { return false; });
+      PaintTrees(
+          c, seed, kWoods, [&](double x, double y) { return VNoise(x / 9, y / 9, seed + 30) > 0.32; },
+          [](double, double) { return false; });
       break;
     default: PaintClear(c, seed); break;
   }
@@ -443,10 +449,14 @@ void PaintCoast(Cell& c, const std::vector<int>& land, uint32_t seed) {
   ForHex([&](int x, int y) {
     double f = MaxDepth(land, x, y) + EdgeNoise(x, y, seed, 0.22);
     C col;
-    if (f > thr + 0.09) col = ClearAt(x, y, seed);
-    else if (f > thr) col = SandAt(x, y, seed);
-    else if (f > thr - 0.035) col = Col(0xC8E2F0);  // surf
-    else col = Mix(SeaAt(x, y, seed), Col(0x4A8AC0), Smooth(thr - 0.25, thr, f) * 0.7);
+    if (f > thr + 0.09)
+      col = ClearAt(x, y, seed);
+    else if (f > thr)
+      col = SandAt(x, y, seed);
+    else if (f > thr - 0.035)
+      col = Col(0xC8E2F0);  // surf
+    else
+      col = Mix(SeaAt(x, y, seed), Col(0x4A8AC0), Smooth(thr - 0.25, thr, f) * 0.7);
     c.at(x, y) = col;
   });
 }
@@ -456,10 +466,12 @@ void PaintForestEdge(Cell& c, int terrain, const std::vector<int>& open, uint32_
   PaintClear(c, seed);
   auto inForest = [&](double x, double y) { return BandValue(open, x, y, seed) <= thr; };
   if (terrain == 10)
-    PaintTrees(c, seed, kWoods, [&](double x, double y) { return inForest(x, y) && VNoise(x / 9, y / 9, seed + 30) > 0.3; },
-               [](double, double) { return false; });
+    PaintTrees(
+        c, seed, kWoods, [&](double x, double y) { return inForest(x, y) && VNoise(x / 9, y / 9, seed + 30) > 0.3; },
+        [](double, double) { return false; });
   else
-    PaintTrees(c, seed, kForest, inForest, [&](double x, double y) { return BandValue(open, x, y, seed) <= thr - 0.05; });
+    PaintTrees(c, seed, kForest, inForest,
+               [&](double x, double y) { return BandValue(open, x, y, seed) <= thr - 0.05; });
 }
 
 // Built-up ground is connected by its terrain on every side: its houses stand
@@ -481,7 +493,8 @@ void PaintPort(Cell& c, const std::vector<int>& sea, uint32_t seed) {
   ForHex([&](int x, int y) {
     c.at(x, y) = water(x, y) ? SeaAt(x, y, seed) : Mix(Col(0x9A968E), Col(0xAAA69C), H01(x, y, seed));
   });
-  PaintHouses(c, seed, [&](double x, double y) { return BandValue(sea, x, y, seed) < thr - 0.2; }, 0.9);
+  PaintHouses(
+      c, seed, [&](double x, double y) { return BandValue(sea, x, y, seed) < thr - 0.2; }, 0.9);
   // Quay along the water.
   ForHex([&](int x, int y) {
     if (water(x, y)) return;
@@ -514,8 +527,8 @@ void PaintPort(Cell& c, const std::vector<int>& sea, uint32_t seed) {
 struct Piece {
   int tile, dx, dy;
 };
-const Piece kMassif[10] = {{86, 0, 0},   {94, 45, -25},  {75, -45, -25}, {76, 0, -50},   {90, -45, 25},
-                           {115, 0, 50}, {104, 45, 25},  {78, 45, -75},  {105, 90, -50}, {192, 90, 0}};
+const Piece kMassif[10] = {{86, 0, 0},   {94, 45, -25}, {75, -45, -25}, {76, 0, -50},   {90, -45, 25},
+                           {115, 0, 50}, {104, 45, 25}, {78, 45, -75},  {105, 90, -50}, {192, 90, 0}};
 
 // The massif as one picture, cut into its pieces.
 struct Massif {
@@ -556,12 +569,12 @@ struct Massif {
         v += 0.22 * (Fbm(x / 7.0, y / 7.0, 907) - 0.5);
         // spurs running out from the peaks
         v += 0.12 * std::sin(std::atan2(y - p1y, x - p1x) * 5 + 1.3) * Smooth(20, 45, std::hypot(x - p1x, y - p1y));
-        height[y * FW + x] =
-            kRockLevel + (std::max(kRockLevel, v) - kRockLevel) * Smooth(0, 22, dist[y * FW + x]);
+        height[y * FW + x] = kRockLevel + (std::max(kRockLevel, v) - kRockLevel) * Smooth(0, 22, dist[y * FW + x]);
       }
   }
   double H(double x, double y) const {
-    int ix = std::clamp(static_cast<int>(std::lround(x)), 0, FW - 1), iy = std::clamp(static_cast<int>(std::lround(y)), 0, FH - 1);
+    int ix = std::clamp(static_cast<int>(std::lround(x)), 0, FW - 1),
+        iy = std::clamp(static_cast<int>(std::lround(y)), 0, FH - 1);
     return height[iy * FW + ix];
   }
   void Paint(int tile, Cell& c) const {
@@ -603,17 +616,22 @@ void PaintTile(const TileDef& t, const Massif& massif, Cell& c) {
     });
     PaintStreets(c, t.road, 1.0);
     std::vector<Path> lanes = Courses(t.road);
-    PaintHouses(c, seed, [&](double x, double y) {
-      const double r = std::hypot(x - kCentre.x, y - kCentre.y);
-      if (r > 17 || r < 3) return false;
-      for (const Path& p : lanes)
-        for (size_t i = 0; i < p.pts.size(); i += 2)
-          if (std::hypot(x - p.pts[i].x, y - p.pts[i].y) < 1.9) return false;
-      return true;
-    }, 0.95);
+    PaintHouses(
+        c, seed,
+        [&](double x, double y) {
+          const double r = std::hypot(x - kCentre.x, y - kCentre.y);
+          if (r > 17 || r < 3) return false;
+          for (const Path& p : lanes)
+            for (size_t i = 0; i < p.pts.size(); i += 2)
+              if (std::hypot(x - p.pts[i].x, y - p.pts[i].y) < 1.9) return false;
+          return true;
+        },
+        0.95);
   } else {
-    if (!t.road.empty() && t.terrain == 3) PaintMountain(c, seed, 0.7);
-    else PaintPlainBase(c, t.terrain, seed);
+    if (!t.road.empty() && t.terrain == 3)
+      PaintMountain(c, seed, 0.7);
+    else
+      PaintPlainBase(c, t.terrain, seed);
   }
   if (!t.river.empty()) PaintRiver(c, t.river, t.terrain == 2 ? 3.8 : 2.2, seed);
   if (!t.road.empty() && t.terrain != 5 && t.terrain != 6 && t.terrain != 14)

@@ -90,8 +90,10 @@ void Star(Sheet& sh, int ox, int oy, double cx, double cy, double r, uint32_t fi
   };
   for (int y = static_cast<int>(cy - r - 2); y <= static_cast<int>(cy + r + 2); ++y)
     for (int x = static_cast<int>(cx - r - 2); x <= static_cast<int>(cx + r + 2); ++x) {
-      if (inside(x, y)) sh.Put(ox + x, oy + y, fill);
-      else if (inside(x + 1, y) || inside(x - 1, y) || inside(x, y + 1) || inside(x, y - 1)) sh.Put(ox + x, oy + y, rim);
+      if (inside(x, y))
+        sh.Put(ox + x, oy + y, fill);
+      else if (inside(x + 1, y) || inside(x - 1, y) || inside(x, y + 1) || inside(x, y - 1))
+        sh.Put(ox + x, oy + y, rim);
     }
 }
 
@@ -129,8 +131,10 @@ bool WriteSprites(const std::string& dir, std::string* err) {
       for (int x = 0; x < kW; ++x) {
         bool rim = false;
         for (int s = 1; s <= 6; ++s) rim = rim || NearSide(s, x, y, 2.0);
-        if (rim) fx.Put(ox + x, y, 0x2060FF);
-        else if (InHex(x, y) && y % 2 == 0 && (x + y) % 4 == 0) fx.Put(ox + x, y, 0x3C7CFF);
+        if (rim)
+          fx.Put(ox + x, y, 0x2060FF);
+        else if (InHex(x, y) && y % 2 == 0 && (x + y) % 4 == 0)
+          fx.Put(ox + x, y, 0x3C7CFF);
       }
   }
   {
@@ -175,7 +179,8 @@ bool WriteSprites(const std::string& dir, std::string* err) {
     for (int y = 0; y < kH; ++y)
       for (int x = 0; x < kW; ++x) {
         uint32_t c = 0xD8D4C8;
-        if (!InHex(x, y)) c = 0x707070;
+        if (!InHex(x, y))
+          c = 0x707070;
         else if (OnSide(1, x, y) || OnSide(2, x, y) || OnSide(3, x, y) || OnSide(4, x, y) || OnSide(5, x, y) ||
                  OnSide(6, x, y))
           c = 0x404040;
@@ -200,8 +205,10 @@ bool WriteSprites(const std::string& dir, std::string* err) {
         for (int s = 1; s <= 6; ++s) {
           const bool lower = c == 0 || c == 63 || !(c & (1 << (s - 1)));
           if (!lower) continue;
-          if (NearSide(s, x, y, 1.0)) contours.Put(ox + x, oy + y, 0x6A3E16);
-          else if (NearSide(s, x, y, 2.0)) contours.Put(ox + x, oy + y, 0xA8743E);
+          if (NearSide(s, x, y, 1.0))
+            contours.Put(ox + x, oy + y, 0x6A3E16);
+          else if (NearSide(s, x, y, 2.0))
+            contours.Put(ox + x, oy + y, 0xA8743E);
         }
   }
   if (!contours.Write(dir, "contours.bmp", "contoursm.bmp", err)) return false;

@@ -48,8 +48,7 @@ bool ReadCatalogue(const std::string& path, std::vector<TileDef>& out, std::stri
     if (t.pattern == "-") t.pattern.clear();
     bool ok = t.tile >= 0 && t.tile < kMaxTiles && !seen[t.tile] && t.terrain >= 0 && t.terrain < 256 &&
               (t.art == "plain" || t.art == "edge" || t.art == "massif" || t.art == "mouth") && Sides(road, t.road) &&
-              Sides(river, t.river) && (t.rnd == 0 || t.rnd == 1) &&
-              (t.pattern.empty() || t.pattern.size() == 6);
+              Sides(river, t.river) && (t.rnd == 0 || t.rnd == 1) && (t.pattern.empty() || t.pattern.size() == 6);
     for (size_t p = 0; ok && p < t.pattern.size(); ++p)
       ok = t.pattern[p] == '0' || t.pattern[p] == static_cast<char>('1' + p);
     if (!ok) {

@@ -74,7 +74,8 @@ class Teacher {
       if (t.art == "mouth" || !shape_.count(key)) shape_[key] = t.tile;
     }
     for (const TileDef& t : cat) {
-      if (!t.road.empty() && !Built(t.terrain) && t.river.empty()) roadPens_[t.terrain].push_back(static_cast<int16_t>(t.tile));
+      if (!t.road.empty() && !Built(t.terrain) && t.river.empty())
+        roadPens_[t.terrain].push_back(static_cast<int16_t>(t.tile));
       if (Built(t.terrain)) built_.push_back(static_cast<int16_t>(t.tile));
     }
   }
@@ -113,9 +114,7 @@ class Teacher {
     p.RandomMode = 0;
     (road ? road_ : river_).insert(h);
     // Over a river, a road is a bridge: the hex keeps its river terrain.
-    want_[h] = road && River(d_.HexInfo(h.x, h.y, 0)) ? d_.HexInfo(h.x, h.y, 0)
-               : road                                 ? base_
-                                                      : s_.ref.TypeOf(pen);
+    want_[h] = road && River(d_.HexInfo(h.x, h.y, 0)) ? d_.HexInfo(h.x, h.y, 0) : road ? base_ : s_.ref.TypeOf(pen);
     kv::SetHex(s_, static_cast<int16_t>(h.x), static_cast<int16_t>(h.y));
     Check(h.x, h.y);
     if (follow)
