@@ -544,12 +544,7 @@ bool MakeExampleMap(const fs::path& dir, const fs::path& src, std::string* err) 
 
   kv::HeadlessUi ui;
   kv::Session s(app.string(), &ui);
-  s.view.ScreenW = 1280;
-  s.view.ScreenH = 1024;
-  if (!kv::StartSession(s)) {
-    *err = "the generated program folder does not start an editor session";
-    return false;
-  }
+  if (!StartPainting(s, err)) return false;
   kv::Document& d = s.doc;
   d.MapMaxX = kMapW - 1;
   d.MapMaxY = kMapH - 1;

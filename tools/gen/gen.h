@@ -13,6 +13,10 @@
 #include "art.h"
 #include "platform/bitmap.h"
 
+namespace kv {
+struct Session;
+}
+
 namespace kvgen {
 
 // The default program folder from the catalogues in `src`, written into
@@ -42,6 +46,10 @@ struct ScratchDir {
   ScratchDir(const ScratchDir&) = delete;
   ScratchDir& operator=(const ScratchDir&) = delete;
 };
+
+// Starts the editor's session `s` on a generated folder, on the screen the
+// painters work for; false with the reason in `err` when it does not start.
+bool StartPainting(kv::Session& s, std::string* err);
 
 // One line of tools/data/tiles.txt.
 struct TileDef {

@@ -393,6 +393,14 @@ bool HoldsPairs(const fs::path& p) {
 
 }  // namespace
 
+bool StartPainting(kv::Session& s, std::string* err) {
+  s.view.ScreenW = 1280;
+  s.view.ScreenH = 1024;
+  if (kv::StartSession(s)) return true;
+  *err = "the generated program folder does not start an editor session";
+  return false;
+}
+
 bool TrainStores(const fs::path& out, const std::vector<TileDef>& cat, std::string* err) {
   // The lessons are written in a copy of the folder, in memory where the
   // system has such a place: each lesson rewrites a pattern file whole.
@@ -407,12 +415,7 @@ bool TrainStores(const fs::path& out, const std::vector<TileDef>& cat, std::stri
   }
   kv::HeadlessUi ui;
   kv::Session s(app.string(), &ui);
-  s.view.ScreenW = 1280;
-  s.view.ScreenH = 1024;
-  if (!kv::StartSession(s)) {
-    *err = "the generated program folder does not start an editor session";
-    return false;
-  }
+  if (!StartPainting(s, err)) return false;
   s.doc.MapMaxX = kMapW - 1;
   s.doc.MapMaxY = kMapH - 1;
   s.pens.CurTile = 34;
