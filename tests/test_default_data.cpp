@@ -64,6 +64,14 @@ struct DataSession {
   bool started = false;
 };
 
+// A new map of (maxX + 1) x (maxY + 1) hexes filled with tile `pen`.
+void NewMapOf(Session& s, int16_t maxX, int16_t maxY, int16_t pen) {
+  s.doc.MapMaxX = maxX;
+  s.doc.MapMaxY = maxY;
+  s.pens.CurTile = pen;
+  NewMap(s);
+}
+
 // The session shared by the read-only checks.
 DataSession& Shared() {
   static DataSession* d = new DataSession;
@@ -568,10 +576,7 @@ TEST(DefaultData, PaintedRoadsRiversAndBridgesJoinTheirNeighbours) {
   Session& s = *d.s;
   const std::vector<int> riverBits = RiverBits();
   Document& doc = s.doc;
-  doc.MapMaxX = 21;
-  doc.MapMaxY = 15;
-  s.pens.CurTile = 34;
-  NewMap(s);
+  NewMapOf(s, 21, 15, 34);
   s.pens.AutoTile = -1;
   s.pens.AutoNeighbours = -1;
   auto paint = [&](int16_t pen, const std::vector<std::pair<int, int>>& hexes) {
@@ -622,11 +627,7 @@ TEST(DefaultData, TheRoadsPassJoinsRoadsPaintedWithoutNeighboursFollowing) {
   DataSession d;
   ASSERT_TRUE(d.started);
   Session& s = *d.s;
-  Document& doc = s.doc;
-  doc.MapMaxX = 21;
-  doc.MapMaxY = 15;
-  s.pens.CurTile = 34;
-  NewMap(s);
+  NewMapOf(s, 21, 15, 34);
   s.pens.AutoTile = -1;
   for (auto [x, y] : LineOf(4, 2, 2, 8)) {
     s.pens.CurTile = 113;

@@ -73,6 +73,13 @@ struct Editor {
   QWidget* form(const char* name) { return f->FormByName(QString::fromLatin1(name))->formWidget(); }
   QWidget* view() { return f->findChild<QWidget*>(QStringLiteral("Picture1")); }
   // The widget point over the middle of hex (x, y), at the present zoom.
+  // Opens the jump map (F1) with live following on; true when it is loaded.
+  bool OpenLiveJumpMap() {
+    f->hand().LiveJumpMap = true;
+    f->Form_KeyDown(112, 0);  // F1
+    Settle();
+    return s().forms.Form5Loaded;
+  }
   QPoint HexPoint(int x, int y) {
     double X = 0, Y = 0;
     ViewTransform(s().ref, s().view).HexCentre(x, y, X, Y);
@@ -331,10 +338,7 @@ TEST(HandScript, TheReadmeNamesEveryEditorName) {
 TEST(HandJumpMap, AnOpenJumpMapShowsAPaintedHexAtOnce) {
   Editor e;
   Session& s = e.s();
-  e.f->hand().LiveJumpMap = true;
-  e.f->Form_KeyDown(112, 0);  // F1
-  Settle();
-  ASSERT_TRUE(s.forms.Form5Loaded);
+  ASSERT_TRUE(e.OpenLiveJumpMap());
   const uint32_t before = s.jump.Picture2.GetPixel(s.ref.JumpColPitch * 5 + 1, s.ref.JumpRowPitch * 4 + 1);
   s.pens.CurTile = 0;  // terrain 0
   ASSERT_EQ(e.Run("clickhex 5 4\n"), 0);
@@ -351,10 +355,7 @@ TEST(HandJumpMap, AnOpenJumpMapShowsAPaintedHexAtOnce) {
 TEST(HandJumpMap, AnOpenJumpMapFollowsUndoAndRedoHexByHex) {
   Editor e;
   Session& s = e.s();
-  e.f->hand().LiveJumpMap = true;
-  e.f->Form_KeyDown(112, 0);  // F1
-  Settle();
-  ASSERT_TRUE(s.forms.Form5Loaded);
+  ASSERT_TRUE(e.OpenLiveJumpMap());
   // What the jump map's window shows, and its picture.
   auto* shown = e.form("Form5")->findChild<gui::PictureBox*>(QStringLiteral("Picture2"));
   ASSERT_NE(shown, nullptr);
